@@ -1,0 +1,9 @@
+tov_add_test_suite(tov_foundation_tests
+  allocator/AllocatorTest.cpp
+  utils/SystemTest.cpp
+  utils/LoggerTest.cpp
+  utils/UuidTest.cpp
+  utils/ThreadTest.cpp
+  utils/TimeTest.cpp
+  utils/ContainersTest.cpp
+  utils/StringTableTest.cpp)

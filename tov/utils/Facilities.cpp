@@ -1,0 +1,86 @@
+#include <tov/utils/Facilities.h>
+
+#include <tov/utils/Memory.h>
+#include <tov/utils/OstreamLogger.h>
+#include <tov/utils/Singleton.h>
+#include <tov/utils/StringTable.h>
+
+#include <iostream>
+
+namespace tov {
+namespace utils {
+
+// Members are built in this order and destroyed in the reverse one; the services join as they land.
+struct FacilitiesData {
+    FacilitiesData() : defaultLogger(&std::cerr, &std::cout, &std::cout, &std::cout), stringTable(0) {}
+
+    unsigned int initializedMark = 0;
+    AbstractLogger* logger = nullptr;
+    OstreamLogger defaultLogger;
+    StringTable stringTable;
+};
+
+void Facilities::create()
+{
+    Singleton<Facilities>::set(TOV_NEW Facilities());
+}
+
+Facilities& Facilities::instance()
+{
+    return Singleton<Facilities>::get();
+}
+
+bool Facilities::isSet()
+{
+    return Singleton<Facilities>::isSet();
+}
+
+void Facilities::destroy()
+{
+    Singleton<Facilities>::destroy();
+}
+
+Facilities::Facilities() : data(TOV_NEW FacilitiesData())
+{
+    data->initializedMark = 1;
+    data->logger = &data->defaultLogger;
+}
+
+Facilities::~Facilities()
+{
+    TOV_DELETE(data);
+    data = nullptr;
+}
+
+AbstractLogger& Facilities::getLogger()
+{
+    return *data->logger;
+}
+
+const AbstractLogger& Facilities::getLogger() const
+{
+    return *data->logger;
+}
+
+void Facilities::setLogger(AbstractLogger& logger)
+{
+    data->logger = &logger;
+}
+
+void Facilities::clearLogger()
+{
+    data->logger = &data->defaultLogger;
+}
+
+StringTable& Facilities::getStringTable()
+{
+    return data->stringTable;
+}
+
+const StringTable& Facilities::getStringTable() const
+{
+    return data->stringTable;
+}
+
+} // namespace utils
+} // namespace tov

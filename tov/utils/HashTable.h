@@ -1,0 +1,62 @@
+#pragma once
+// HashTable: maps a 64-bit key that is already a hash to a plain value. Two flat vectors with 32-bit
+// chain links; entries keep the order of first insertion and are never erased, only cleared.
+//   tov::utils::HashTable<int> table;
+//   table.insert(hash, 7); if (table.has(hash)) use(table.get(hash));
+
+#include <tov/utils/Assertion.h>
+#include <tov/utils/Containers.h>
+
+namespace tov {
+namespace utils {
+
+template <typename T>
+class HashTable {
+public:
+    static const unsigned int NullIndex = 0xFFFFFFFFu;
+
+    struct Entry {
+        unsigned long long key;
+        unsigned int next;
+        T value;
+    };
+
+    using iterator = typename Vector<Entry>::iterator;
+    using const_iterator = typename Vector<Entry>::const_iterator;
+
+    bool has(unsigned long long key) const;
+    // An unknown key asserts "No value registered at <key>.".
+    T& get(unsigned long long key);
+    const T& get(unsigned long long key) const;
+    // Adds an entry, or overwrites the value of the one with this key.
+    void insert(unsigned long long key, const T& value);
+    void clear();
+    bool empty() const;
+    unsigned int size() const;
+    unsigned int countBuckets() const;
+
+    iterator begin() { return entries.begin(); }
+    iterator end() { return entries.end(); }
+    const_iterator begin() const { return entries.begin(); }
+    const_iterator end() const { return entries.end(); }
+
+private:
+    struct Location {
+        unsigned int bucket;
+        unsigned int index;
+        unsigned int previous;
+    };
+
+    Location find(unsigned long long key) const;
+    unsigned int findIndex(unsigned long long key) const;
+    void append(const Location& location, unsigned long long key, const T& value);
+    void grow();
+
+    Vector<Entry> entries;
+    Vector<unsigned int> buckets;
+};
+
+} // namespace utils
+} // namespace tov
+
+#include <tov/utils/HashTable.inl>

@@ -1,0 +1,139 @@
+#pragma once
+
+namespace tov {
+namespace utils {
+
+template <typename T>
+bool HashTable<T>::has(unsigned long long key) const
+{
+    return findIndex(key) != NullIndex;
+}
+
+template <typename T>
+T& HashTable<T>::get(unsigned long long key)
+{
+    return const_cast<T&>(static_cast<const HashTable&>(*this).get(key));
+}
+
+template <typename T>
+const T& HashTable<T>::get(unsigned long long key) const
+{
+    const unsigned int index = findIndex(key);
+    if (index == NullIndex) {
+        TOV_ASSERT(false, "No value registered at " << key << ".");
+        // Reached only when the assertion function returns: a value-initialised stand-in, so that the
+        // caller reads something defined instead of memory out of bounds.
+        static T missing{};
+        missing = T{};
+        return missing;
+    }
+    return entries[index].value;
+}
+
+template <typename T>
+void HashTable<T>::insert(unsigned long long key, const T& value)
+{
+    if (buckets.empty()) {
+        grow();
+    }
+    const Location location = find(key);
+    if (location.index != NullIndex) {
+        entries[location.index].value = value;
+    } else {
+        append(location, key, value);
+    }
+    const float load = static_cast<float>(static_cast<double>(entries.size()) / static_cast<double>(buckets.size()));
+    if (load >= 0.7f) {
+        grow();
+    }
+}
+
+template <typename T>
+void HashTable<T>::clear()
+{
+    entries.clear();
+    buckets.clear();
+}
+
+template <typename T>
+bool HashTable<T>::empty() const
+{
+    return entries.empty();
+}
+
+template <typename T>
+unsigned int HashTable<T>::size() const
+{
+    return static_cast<unsigned int>(entries.size());
+}
+
+template <typename T>
+unsigned int HashTable<T>::countBuckets() const
+{
+    return static_cast<unsigned int>(buckets.size());
+}
+
+// Walks the key's chain; `previous` is the last entry of the chain when the key is absent, so that
+// insert can link a new entry at the tail.
+template <typename T>
+typename HashTable<T>::Location HashTable<T>::find(unsigned long long key) const
+{
+    Location location{0, NullIndex, NullIndex};
+    if (buckets.empty()) {
+        return location;
+    }
+    location.bucket = static_cast<unsigned int>(key % static_cast<unsigned long long>(buckets.size()));
+    for (unsigned int index = buckets[location.bucket]; index != NullIndex; index = entries[index].next) {
+        if (entries[index].key == key) {
+            location.index = index;
+            return location;
+        }
+        location.previous = index;
+    }
+    return location;
+}
+
+template <typename T>
+unsigned int HashTable<T>::findIndex(unsigned long long key) const
+{
+    if (buckets.empty()) {
+        return NullIndex;
+    }
+    for (unsigned int index = buckets[key % buckets.size()]; index != NullIndex; index = entries[index].next) {
+        if (entries[index].key == key) {
+            return index;
+        }
+    }
+    return NullIndex;
+}
+
+// Adds an entry at the end and links it at the tail of the chain that `location` walked.
+template <typename T>
+void HashTable<T>::append(const Location& location, unsigned long long key, const T& value)
+{
+    const unsigned int index = static_cast<unsigned int>(entries.size());
+    entries.push_back(Entry{key, NullIndex, value});
+    if (location.previous != NullIndex) {
+        entries[location.previous].next = index;
+    } else {
+        buckets[location.bucket] = index;
+    }
+}
+
+// Rebuilds the chains over twice the entries plus ten buckets. Entries are re-linked in index order,
+// so their indices, and the order of iteration, stay as they were.
+template <typename T>
+void HashTable<T>::grow()
+{
+    HashTable rebuilt;
+    rebuilt.buckets.assign(entries.size() * 2 + 10, NullIndex);
+    rebuilt.entries.reserve(entries.size());
+    for (const Entry& entry : entries) {
+        rebuilt.append(rebuilt.find(entry.key), entry.key, entry.value);
+    }
+    entries.swap(rebuilt.entries);
+    buckets.swap(rebuilt.buckets);
+}
+
+} // namespace utils
+} // namespace tov
