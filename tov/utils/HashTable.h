@@ -13,7 +13,7 @@ namespace utils {
 template <typename T>
 class HashTable {
 public:
-    static const unsigned int NullIndex = 0xFFFFFFFFu;
+    static constexpr unsigned int NullIndex = 0xFFFFFFFFu;
 
     struct Entry {
         unsigned long long key;

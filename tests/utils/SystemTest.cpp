@@ -1,0 +1,88 @@
+#include <tov/utils/BufferLogger.h>
+#include <tov/utils/Facilities.h>
+#include <tov/utils/StringTable.h>
+#include <tov/utils/System.h>
+
+#include "support/AssertionGuard.h"
+
+#include <cstring>
+
+using namespace tov::utils;
+
+namespace {
+
+class LifeCycle : public tov::testing::AssertionTest {
+protected:
+    void TearDown() override
+    {
+        terminate(nullptr);
+        AssertionTest::TearDown();
+    }
+};
+
+} // namespace
+
+TEST_F(LifeCycle, InitializeAndTerminateLogOnlyWhenTheyAct)
+{
+    BufferLogger log(true, true, true);
+    EXPECT_TRUE(terminate(&log));   // nothing to do yet
+    EXPECT_TRUE(log.getMessages().empty());
+
+    EXPECT_TRUE(initialize(&log));
+    EXPECT_TRUE(isInitialized());
+    ASSERT_EQ(1u, log.getMessages().size());
+    EXPECT_EQ("Initializing the runtime utils systems.", log.getMessages()[0].message);
+
+    EXPECT_TRUE(initialize(&log));   // already running: silent
+    EXPECT_EQ(1u, log.getMessages().size());
+
+    EXPECT_TRUE(terminate(&log));
+    EXPECT_FALSE(isInitialized());
+    EXPECT_FALSE(Facilities::isSet());
+    ASSERT_EQ(2u, log.getMessages().size());
+    EXPECT_EQ("Terminating the runtime utils systems.", log.getMessages()[1].message);
+}
+
+TEST_F(LifeCycle, ASecondRunStartsWithFreshServices)
+{
+    ASSERT_TRUE(initialize(nullptr));
+    Facilities::instance().getStringTable().add("first run", nullptr);
+    ASSERT_TRUE(terminate(nullptr));
+    ASSERT_TRUE(initialize(nullptr));
+    EXPECT_TRUE(Facilities::instance().getStringTable().empty());
+    EXPECT_EQ(0u, Facilities::instance().getStringTable().getSeed());
+}
+
+TEST_F(LifeCycle, SetLoggerReplacesAndClearLoggerRestoresTheDefault)
+{
+    ASSERT_TRUE(initialize(nullptr));
+    Facilities& facilities = Facilities::instance();
+    AbstractLogger* defaultLogger = &facilities.getLogger();
+    BufferLogger a(true, true, true), b(true, true, true);
+    facilities.setLogger(a);
+    facilities.setLogger(b);
+    EXPECT_EQ(&b, &facilities.getLogger());
+    facilities.clearLogger();
+    EXPECT_EQ(defaultLogger, &facilities.getLogger());
+    EXPECT_TRUE(defaultLogger->isLoggingInfo() && defaultLogger->isLoggingWarning() && defaultLogger->isLoggingTrace());
+}
+
+TEST_F(LifeCycle, SingletonMisuseIsAnAssertion)
+{
+    EXPECT_ASSERTION(Facilities::instance(), "accessing uninitialized singleton");
+    Facilities::destroy();   // nothing to destroy: silent
+    ASSERT_TRUE(initialize(nullptr));
+    EXPECT_ASSERTION(Facilities::create(), "trying to overwrite singleton instance");
+}
+
+TEST(Version, EntryPointsAndConstants)
+{
+    EXPECT_STREQ("0.4.0", getVersionTOV_UTILS());
+    EXPECT_TRUE(tov_utils::check_0());
+    EXPECT_TRUE(tov_utils::check_0_4());
+    EXPECT_STREQ("tov", uriScheme);
+    EXPECT_EQ(0xFFFFFFFFu, invalidIndex);
+    char text[37];
+    uniqueId.computeString(text);
+    EXPECT_STREQ("0ba23f91-d30e-4574-b0ed-ee0aa81d00b9", text);
+}
