@@ -22,6 +22,7 @@ struct FacilitiesData {
 
 void Facilities::create()
 {
+    Singleton<Facilities>::assertUnset();
     Singleton<Facilities>::set(TOV_NEW Facilities());
 }
 

@@ -25,6 +25,8 @@ public:
     using const_iterator = typename Vector<Entry>::const_iterator;
 
     bool has(unsigned long long key) const;
+    // The value under the key, or null: one look-up where has() and get() would take two.
+    const T* find(unsigned long long key) const;
     // An unknown key asserts "No value registered at <key>.".
     T& get(unsigned long long key);
     const T& get(unsigned long long key) const;
@@ -47,7 +49,7 @@ private:
         unsigned int previous;
     };
 
-    Location find(unsigned long long key) const;
+    Location locate(unsigned long long key) const;
     unsigned int findIndex(unsigned long long key) const;
     void append(const Location& location, unsigned long long key, const T& value);
     void grow();

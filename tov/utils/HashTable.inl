@@ -10,6 +10,13 @@ bool HashTable<T>::has(unsigned long long key) const
 }
 
 template <typename T>
+const T* HashTable<T>::find(unsigned long long key) const
+{
+    const unsigned int index = findIndex(key);
+    return index == NullIndex ? nullptr : &entries[index].value;
+}
+
+template <typename T>
 T& HashTable<T>::get(unsigned long long key)
 {
     return const_cast<T&>(static_cast<const HashTable&>(*this).get(key));
@@ -36,7 +43,7 @@ void HashTable<T>::insert(unsigned long long key, const T& value)
     if (buckets.empty()) {
         grow();
     }
-    const Location location = find(key);
+    const Location location = locate(key);
     if (location.index != NullIndex) {
         entries[location.index].value = value;
     } else {
@@ -76,7 +83,7 @@ unsigned int HashTable<T>::countBuckets() const
 // Walks the key's chain; `previous` is the last entry of the chain when the key is absent, so that
 // insert can link a new entry at the tail.
 template <typename T>
-typename HashTable<T>::Location HashTable<T>::find(unsigned long long key) const
+typename HashTable<T>::Location HashTable<T>::locate(unsigned long long key) const
 {
     Location location{0, NullIndex, NullIndex};
     if (buckets.empty()) {
@@ -129,7 +136,7 @@ void HashTable<T>::grow()
     rebuilt.buckets.assign(entries.size() * 2 + 10, NullIndex);
     rebuilt.entries.reserve(entries.size());
     for (const Entry& entry : entries) {
-        rebuilt.append(rebuilt.find(entry.key), entry.key, entry.value);
+        rebuilt.append(rebuilt.locate(entry.key), entry.key, entry.value);
     }
     entries.swap(rebuilt.entries);
     buckets.swap(rebuilt.buckets);

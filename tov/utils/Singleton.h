@@ -1,6 +1,6 @@
 #pragma once
 // Singleton: holds and owns the one instance of T behind a static pointer, null until set.
-//   Singleton<Facilities>::set(TOV_NEW Facilities());
+//   Singleton<Facilities>::assertUnset(); Singleton<Facilities>::set(TOV_NEW Facilities());
 //   Singleton<Facilities>::get();   // asserts "accessing uninitialized singleton" when unset
 
 #include <tov/utils/Assertion.h>
@@ -12,7 +12,10 @@ namespace utils {
 template <typename T>
 class Singleton {
 public:
-    // Overwriting an instance asserts; when the assertion function returns, the old one is leaked.
+    // Asserts "trying to overwrite singleton instance" when an instance is set. Called before the new
+    // instance is built, so that a throwing assertion function leaves nothing behind.
+    static void assertUnset();
+    // Takes `instance`; an instance already set is overwritten and leaked.
     static void set(T* instance);
     static T& get();
     static bool isSet();

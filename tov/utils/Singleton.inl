@@ -9,9 +9,14 @@ template <typename T>
 T* Singleton<T>::instance = nullptr;
 
 template <typename T>
-void Singleton<T>::set(T* newInstance)
+void Singleton<T>::assertUnset()
 {
     TOV_ASSERT(instance == nullptr, "trying to overwrite singleton instance");
+}
+
+template <typename T>
+void Singleton<T>::set(T* newInstance)
+{
     instance = newInstance;
 }
 

@@ -112,12 +112,13 @@ bool StringTable::check(const char* text, unsigned int length, const unsigned lo
     if (text == nullptr) {
         return false;
     }
-    if (!table.has(key)) {
+    String* const* found = table.find(key);
+    if (found == nullptr) {
         TOV_LOG_ERROR(logger, error::invalidConfiguration,
                       '"' << String(text, length) << "\" is not registered with the table.");
         return false;
     }
-    const String& stored = *table.get(key);
+    const String& stored = **found;
     if (stored.size() == length && std::strncmp(stored.c_str(), text, length) == 0) {
         return true;
     }
@@ -128,10 +129,8 @@ bool StringTable::check(const char* text, unsigned int length, const unsigned lo
 
 const char* StringTable::retrieve(const unsigned long long& key, const char* defaultValue) const
 {
-    if (key == 0 || !table.has(key)) {
-        return defaultValue;
-    }
-    return table.get(key)->c_str();
+    String* const* found = key == 0 ? nullptr : table.find(key);
+    return found == nullptr ? defaultValue : (*found)->c_str();
 }
 
 unsigned int StringTable::getSeed() const

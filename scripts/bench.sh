@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# Builds and runs every benchmark of bench/ and prints each comparison as a ratio.
+#   scripts/bench.sh                  print the table
+#   scripts/bench.sh --report         also write bench/REPORT.md
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+cd "$root"
+report=()
+[ "${1:-}" = "--report" ] && report=(--report bench/REPORT.md)
+cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTOV_BUILD_BENCH=ON >/dev/null
+programs=$(sed -n 's/^tov_add_benchmark(\([A-Za-z0-9_]*\).*/\1/p' bench/*.cmake)
+cmake --build build -j "$(nproc)" --target $programs
+paths=()
+for program in $programs; do paths+=("build/bench/$program"); done
+python3 scripts/bench_report.py "${paths[@]}" "${report[@]}"

@@ -1,0 +1,41 @@
+#!/usr/bin/env bash
+# The whole set-up and test run: installs what is missing, builds, and runs every test twice, in a
+# normal build (build/) and under AddressSanitizer and UndefinedBehaviorSanitizer (build-asan/).
+#   scripts/test.sh                      everything
+#   scripts/test.sh --no-sanitizers      the normal build only
+set -euo pipefail
+
+root=$(cd "$(dirname "$0")/.." && pwd)
+cd "$root"
+jobs=$(nproc)
+sanitizers=1
+for argument in "$@"; do
+  case "$argument" in
+    --no-sanitizers) sanitizers=0 ;;
+    *) echo "usage: scripts/test.sh [--no-sanitizers]" >&2; exit 2 ;;
+  esac
+done
+
+bash scripts/setup.sh
+
+section() { printf '\n== %s ==\n' "$*"; }
+
+section "normal build"
+cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo
+cmake --build build -j "$jobs"
+section "tests"
+ctest --test-dir build --output-on-failure -j "$jobs"
+
+if [ "$sanitizers" -eq 1 ]; then
+  section "sanitizer build (address, undefined)"
+  cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DTOV_SANITIZE=address,undefined \
+        -DTOV_BUILD_BENCH=OFF -DTOV_BUILD_APPS=OFF
+  cmake --build build-asan -j "$jobs"
+  section "tests under sanitizers"
+  # Any report ends the test process with a failure: ASan always, UBSan through -fno-sanitize-recover.
+  ASAN_OPTIONS=detect_leaks=1:abort_on_error=0:strict_string_checks=1 \
+  UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+    ctest --test-dir build-asan --output-on-failure -j "$jobs"
+fi
+
+section "all tests passed"
