@@ -26,4 +26,5 @@
 #include <tov/utils/Thread.h>
 #include <tov/utils/Time.h>
 #include <tov/utils/Timer.h>
+#include <tov/utils/Uri.h>
 #include <tov/utils/Uuid.h>

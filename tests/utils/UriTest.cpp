@@ -1,0 +1,436 @@
+#include <tov/allocator/Allocator.h>
+#include <tov/utils/BufferLogger.h>
+#include <tov/utils/Memory.h>
+#include <tov/utils/Uri.h>
+
+#include "support/AssertionGuard.h"
+#include "support/RecordingAssertions.h"
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using namespace tov::utils;
+
+namespace {
+
+class UriAssertions : public tov::testing::AssertionTest {
+};
+
+std::string textOf(const Uri& uri)
+{
+    std::vector<char> buffer(uri.computeStringLength() + 1, '\x7f');
+    uri.computeString(buffer.data());
+    EXPECT_EQ(uri.computeStringLength(), std::strlen(buffer.data()));
+    return buffer.data();
+}
+
+std::string segmentsOf(const Uri& uri)
+{
+    std::string joined;
+    for (unsigned int i = 0; i < uri.countPathSegments(); ++i) {
+        joined += (i == 0 ? "" : "|") + std::string(uri.getPathSegment(i));
+    }
+    return joined;
+}
+
+// Fills every part, so that a setter must move what lies behind its own part.
+Uri fullUri()
+{
+    return Uri::create("tov:agents/forager.behavior?step=3#seek");
+}
+
+} // namespace
+
+TEST(Uri, StartsEmpty)
+{
+    const Uri uri;
+    EXPECT_TRUE(uri.empty());
+    EXPECT_EQ("", textOf(uri));
+    EXPECT_EQ(0u, uri.computeStringLength());
+    EXPECT_EQ(0u, uri.countPathSegments());
+    EXPECT_STREQ("", uri.getPathSegment(0));
+    EXPECT_EQ(4u, uri.getRawStringLength());
+    EXPECT_FALSE(uri.hasScheme() || uri.hasPath() || uri.hasExtension() || uri.hasQuery() || uri.hasFragment());
+}
+
+TEST(Uri, SplitsTextIntoPartsAndWritesItBack)
+{
+    struct Case {
+        const char* text;
+        const char* scheme;
+        const char* segments;
+        const char* extension;
+        const char* query;
+        const char* fragment;
+        const char* written;
+    };
+    const Case cases[] = {
+        {"tov:simulation", "tov", "simulation", "", "", "", "tov:simulation"},
+        {"tov://x/y", "tov", "x|y", "", "", "", "tov:x/y"},
+        {"tov:agents/forager.behavior?step=3#seek", "tov", "agents|forager", "behavior", "step=3", "seek",
+         "tov:agents/forager.behavior?step=3#seek"},
+        {"a.b/c.d", "", "a.b|c", "d", "", "", "a.b/c.d"},
+        {":x", "", ":x", "", "", "", ":x"},
+        {"1a:b", "", "1a:b", "", "", "", "1a:b"},
+        {"+a:b", "+a", "b", "", "", "", "+a:b"},
+        {"a?b#c?d", "", "a", "", "b", "c?d", "a?b#c?d"},
+        {"a#b?c", "", "a", "", "", "b?c", "a#b?c"},
+        {"/a//b/", "", "a|b", "", "", "", "a/b"},
+        {"tov:", "tov", "", "", "", "", "tov:"},
+        {".txt?#", "", "", "txt", "", "", ".txt"},
+        {"x:?q=/?", "x", "", "", "q=/?", "", "x:?q=/?"},
+        {"#f/?", "", "", "", "", "f/?", "#f/?"},
+        {"S.1-+:@x!$&'()*+,;=~_.y", "S.1-+", "@x!$&'()*+,;=~_", "y", "", "", "S.1-+:@x!$&'()*+,;=~_.y"},
+    };
+    for (const Case& c : cases) {
+        Uri uri;
+        BufferLogger log(false, false, false);
+        ASSERT_TRUE(uri.set(c.text, &log)) << c.text;
+        EXPECT_TRUE(log.getMessages().empty()) << c.text;
+        EXPECT_STREQ(c.scheme, uri.getScheme()) << c.text;
+        EXPECT_EQ(c.segments, segmentsOf(uri)) << c.text;
+        EXPECT_STREQ(c.extension, uri.getExtension()) << c.text;
+        EXPECT_STREQ(c.query, uri.getQuery()) << c.text;
+        EXPECT_STREQ(c.fragment, uri.getFragment()) << c.text;
+        EXPECT_EQ(c.written, textOf(uri)) << c.text;
+        EXPECT_EQ(*c.scheme != '\0', uri.hasScheme()) << c.text;
+        EXPECT_EQ(*c.segments != '\0', uri.hasPath()) << c.text;
+        EXPECT_EQ(*c.query != '\0', uri.hasQuery()) << c.text;
+        EXPECT_EQ(Uri::create(c.written), uri) << c.text;
+    }
+}
+
+TEST(Uri, KeepsEachPartBehindItsOwnTerminator)
+{
+    const Uri uri = Uri::create("a:b/c.d?e#f");
+    ASSERT_EQ(11u, uri.getRawStringLength());
+    EXPECT_EQ(0, std::memcmp("a\0b\0c\0d\0e\0f", uri.getRawString(), 12));
+    EXPECT_EQ(11u, uri.computeStringLength());
+    EXPECT_FALSE(uri.empty());
+    EXPECT_FALSE(Uri::create("a").empty());
+}
+
+TEST(Uri, ReadsASchemeOnPastTheGivenLengthButNoFurther)
+{
+    Uri uri;
+    ASSERT_TRUE(uri.set("tov:abc", 5, nullptr));
+    EXPECT_EQ("tov:a", textOf(uri));
+    // The scheme scan runs to the ':' behind the length; nothing of the text is left for the other parts.
+    ASSERT_TRUE(uri.set("ab:cd", 1, nullptr));
+    EXPECT_EQ("ab:", textOf(uri));
+    EXPECT_EQ(0u, uri.countPathSegments());
+}
+
+TEST(Uri, RefusedTextsLeaveTheUriEmptyAndSayWhere)
+{
+    struct Case {
+        const char* text;
+        const char* message;
+    };
+    const Case cases[] = {
+        {"a.b/c", "Unexpected character in the extension definition: '/' #1."},
+        {"a%20b", "Unexpected character in the path segment definition: '%' #0,1."},
+        {"tov:x/a b", "Unexpected character in the path segment definition: ' ' #1,1."},
+        {"a?b c", "Unexpected character in the query definition: ' ' #1."},
+        {"a?@", "Unexpected character in the query definition: '@' #0."},
+        {"a#b:c", "Unexpected character in the fragment definition: ':' #1."},
+        {"a#b#", "Unexpected character in the fragment definition: '#' #1."},
+    };
+    for (const Case& c : cases) {
+        Uri uri = fullUri();
+        BufferLogger log(false, false, false);
+        EXPECT_FALSE(uri.set(c.text, &log)) << c.text;
+        EXPECT_TRUE(uri.empty()) << c.text;
+        ASSERT_EQ(1u, log.getMessages().size()) << c.text;
+        EXPECT_EQ(c.message, log.getMessages()[0].message);
+        EXPECT_EQ(error::invalidArgument, log.getMessages()[0].errorType);
+        uri = fullUri();
+        EXPECT_FALSE(uri.set(c.text, nullptr)) << c.text;
+        EXPECT_TRUE(uri.empty()) << c.text;
+    }
+}
+
+TEST(Uri, RefusingPartSettersChangeNothing)
+{
+    const char* const segments[] = {"ok", "a/b"};
+    const unsigned int lengths[] = {2, 3};
+    struct Case {
+        std::function<bool(Uri&, AbstractLogger*)> set;
+        const char* message;
+    };
+    const Case cases[] = {
+        {[](Uri& u, AbstractLogger* l) { return u.setScheme("1a", l); },
+         "Unexpected character in the scheme definition: '1' #0."},
+        {[](Uri& u, AbstractLogger* l) { return u.setScheme("a1_", l); },
+         "Unexpected character in the scheme definition: '_' #2."},
+        {[](Uri& u, AbstractLogger* l) { return u.setPath("//a/b c", l); },
+         "Unexpected character in the path segment definition: ' ' #1,1."},
+        {[&](Uri& u, AbstractLogger* l) { return u.setPathSegments(segments, lengths, 2, l); },
+         "Unexpected character in the path segment definition: '/' #1,1."},
+        {[](Uri& u, AbstractLogger* l) { return u.setExtension("t.x", l); },
+         "Unexpected character in the extension definition: '.' #1."},
+        {[](Uri& u, AbstractLogger* l) { return u.setQuery("a#", l); },
+         "Unexpected character in the query definition: '#' #1."},
+        {[](Uri& u, AbstractLogger* l) { return u.setFragment("%41", l); },
+         "Unexpected character in the fragment definition: '%' #0."},
+    };
+    for (const Case& c : cases) {
+        Uri uri = fullUri();
+        BufferLogger log(false, false, false);
+        EXPECT_FALSE(c.set(uri, &log)) << c.message;
+        EXPECT_EQ(fullUri(), uri) << c.message;
+        ASSERT_EQ(1u, log.getMessages().size()) << c.message;
+        EXPECT_EQ(c.message, log.getMessages()[0].message);
+        EXPECT_FALSE(c.set(uri, nullptr)) << c.message;
+    }
+}
+
+TEST(Uri, PartSettersReplaceTheirPartAndKeepTheOthers)
+{
+    const char* const segments[] = {"", "b"};
+    const unsigned int lengths[] = {0, 1};
+    struct Case {
+        std::function<bool(Uri&)> set;
+        const char* written;
+    };
+    const Case cases[] = {
+        {[](Uri& u) { return u.setScheme("simulation", nullptr); }, "simulation:agents/forager.behavior?step=3#seek"},
+        {[](Uri& u) { return u.setScheme("", nullptr); }, "agents/forager.behavior?step=3#seek"},
+        {[](Uri& u) { return u.setPath("x/long-segment-name/z", nullptr); }, "tov:x/long-segment-name/z.behavior?step=3#seek"},
+        {[](Uri& u) { return u.setPath("", nullptr); }, "tov:.behavior?step=3#seek"},
+        {[](Uri& u) { return u.setPath("///", nullptr); }, "tov:.behavior?step=3#seek"},
+        {[](Uri& u) { return u.setPathSegments(nullptr, nullptr, 0, nullptr); }, "tov:.behavior?step=3#seek"},
+        {[&](Uri& u) { return u.setPathSegments(segments, lengths, 2, nullptr); }, "tov:/b.behavior?step=3#seek"},
+        {[](Uri& u) { return u.setExtension("b", nullptr); }, "tov:agents/forager.b?step=3#seek"},
+        {[](Uri& u) { return u.setExtension("", nullptr); }, "tov:agents/forager?step=3#seek"},
+        {[](Uri& u) { return u.setQuery("step=30&x", nullptr); }, "tov:agents/forager.behavior?step=30&x#seek"},
+        {[](Uri& u) { return u.setQuery("", nullptr); }, "tov:agents/forager.behavior#seek"},
+        {[](Uri& u) { return u.setFragment("seek/and?find", nullptr); }, "tov:agents/forager.behavior?step=3#seek/and?find"},
+        {[](Uri& u) { return u.setFragment("", nullptr); }, "tov:agents/forager.behavior?step=3"},
+        {[](Uri& u) { return u.set("a", "b/c", "d", "e", "f", nullptr); }, "a:b/c.d?e#f"},
+        {[](Uri& u) { return u.set("xy", 1, "z/w", 1, "ee", 1, "", 0, "f", 1, nullptr); }, "x:z.e#f"},
+    };
+    for (const Case& c : cases) {
+        Uri uri = fullUri();
+        ASSERT_TRUE(c.set(uri)) << c.written;
+        EXPECT_EQ(c.written, textOf(uri));
+        EXPECT_EQ(c.written, textOf(Uri(uri)));
+    }
+}
+
+TEST(Uri, PathsWithoutSegmentsHaveNone)
+{
+    Uri uri = fullUri();
+    ASSERT_TRUE(uri.setPath("///", nullptr));
+    EXPECT_FALSE(uri.hasPath());
+    EXPECT_EQ(0u, uri.countPathSegments());
+    EXPECT_STREQ("", uri.getPathSegment(0));
+    EXPECT_EQ(0u, uri.computePathStringLength());
+    ASSERT_TRUE(uri.setPath("a/b", nullptr));
+    ASSERT_TRUE(uri.setPathSegments(nullptr, nullptr, 0, nullptr));
+    EXPECT_FALSE(uri.hasPath());
+    EXPECT_EQ(0u, uri.countPathSegments());
+}
+
+TEST(Uri, FivePartSetStopsAtTheFirstRefusalAndClears)
+{
+    Uri uri = fullUri();
+    BufferLogger log(false, false, false);
+    EXPECT_FALSE(uri.set("tov", "a b", "e.x", "?", "#", &log));
+    EXPECT_TRUE(uri.empty());
+    ASSERT_EQ(1u, log.getMessages().size());
+    EXPECT_EQ("Unexpected character in the path segment definition: ' ' #0,1.", log.getMessages()[0].message);
+}
+
+TEST(Uri, SettersTakeTextsFromTheSameUri)
+{
+    Uri uri = Uri::create("s:p.e?q#a-fragment-long-enough-to-outgrow-the-buffer");
+    ASSERT_TRUE(uri.setScheme(uri.getFragment(), nullptr));
+    EXPECT_EQ("a-fragment-long-enough-to-outgrow-the-buffer:p.e?q#a-fragment-long-enough-to-outgrow-the-buffer",
+              textOf(uri));
+    ASSERT_TRUE(uri.setPath(uri.getScheme(), nullptr));
+    ASSERT_TRUE(uri.setQuery(uri.getPathSegment(0), nullptr));
+    ASSERT_TRUE(uri.setFragment(uri.getExtension(), nullptr));
+    EXPECT_STREQ("a-fragment-long-enough-to-outgrow-the-buffer", uri.getQuery());
+    EXPECT_STREQ("e", uri.getFragment());
+    const Uri copy = uri;
+    ASSERT_TRUE(uri.set(uri.getQuery(), nullptr));
+    EXPECT_EQ("a-fragment-long-enough-to-outgrow-the-buffer", textOf(uri));
+    ASSERT_TRUE(uri.set(copy.getScheme(), copy.getPathSegment(0), "e", uri.getPathSegment(0), "", nullptr));
+    EXPECT_STREQ("a-fragment-long-enough-to-outgrow-the-buffer", uri.getQuery());
+}
+
+TEST(Uri, GettersAndComparisonsDoNotAllocate)
+{
+    const Uri uri = fullUri();
+    const Uri other = Uri::create("tov:agents/forager.behavior?step=4#seek");
+    char buffer[64];
+    unsigned int offset = 0;
+    unsigned int length = 0;
+    const tov::allocator::Allocator& memory = tov::allocator::Allocator::instance();
+    const unsigned long long before = memory.getAllocationCount();
+    const bool parts = uri.hasScheme() && uri.hasPath() && uri.hasExtension() && uri.hasQuery() && uri.hasFragment();
+    const char* texts[] = {uri.getScheme(), uri.getPathSegment(1), uri.getExtension(), uri.getQuery(),
+                           uri.getFragment(), uri.getRawString()};
+    const unsigned int sizes = uri.countPathSegments() + uri.getRawStringLength() + uri.computeStringLength() +
+                               uri.computePathStringLength();
+    uri.computeString(buffer);
+    uri.computePathString(buffer + 48);
+    const bool order = uri < other && uri != other && !(uri == other) && !uri.empty();
+    const bool found = Uri::retrieveFirstPathSegment("/api/debug/entities", 19, offset, length);
+    EXPECT_EQ(before, memory.getAllocationCount());
+    EXPECT_TRUE(parts && order && found);
+    EXPECT_STREQ("forager", texts[1]);
+    EXPECT_EQ(2u + 39 + 39 + 14, sizes);
+    EXPECT_STREQ("tov:agents/forager.behavior?step=3#seek", buffer);
+    EXPECT_STREQ("agents/forager", buffer + 48);
+}
+
+TEST(Uri, HandsOutTextsMadeByTheMemoryService)
+{
+    const Uri uri = fullUri();
+    const tov::allocator::Allocator& memory = tov::allocator::Allocator::instance();
+    const unsigned long long blocks = memory.getLiveBlocks();
+    char* text = uri.computeString();
+    EXPECT_STREQ("tov:agents/forager.behavior?step=3#seek", text);
+    EXPECT_EQ(blocks + 1, memory.getLiveBlocks());
+    TOV_DELETE_ARRAY(text);
+    EXPECT_EQ(blocks, memory.getLiveBlocks());
+    std::ostringstream stream;
+    stream << uri << '|' << Uri();
+    EXPECT_EQ("tov:agents/forager.behavior?step=3#seek|", stream.str());
+    EXPECT_EQ(blocks, memory.getLiveBlocks());
+}
+
+TEST(Uri, ComparesTheStoredPartsWithoutNormalising)
+{
+    EXPECT_EQ(Uri::create("tov://x/y"), Uri::create("tov:x/y"));
+    EXPECT_NE(Uri::create("tov:x"), Uri::create("TOV:x"));
+    EXPECT_NE(Uri::create("tov:x?a"), Uri::create("tov:x#a"));
+    EXPECT_EQ(Uri::create("tov:x?"), Uri::create("tov:x#"));   // an empty part is an absent one
+    EXPECT_NE(Uri::create("tov:a/b"), Uri::create("tov:ab"));
+    std::vector<Uri> uris = {Uri::create("b:a"), Uri::create("a:b/c"), Uri::create("zzz"), Uri::create("a:b"),
+                             Uri::create("a:b.c"), Uri()};
+    std::sort(uris.begin(), uris.end());
+    std::string order;
+    for (const Uri& uri : uris) {
+        order += textOf(uri) + " ";
+    }
+    // Without a scheme the text starts with a terminator; among equal prefixes the shorter text is first.
+    EXPECT_EQ(" zzz a:b a:b.c a:b/c b:a ", order);
+    EXPECT_FALSE(Uri::create("a:b") < Uri::create("a:b"));
+}
+
+TEST(Uri, CopiesSwapsAndClears)
+{
+    Uri first = fullUri();
+    Uri second = Uri::create("x:y");
+    first.swap(second);
+    EXPECT_EQ("x:y", textOf(first));
+    EXPECT_EQ(fullUri(), second);
+    first = second;
+    EXPECT_EQ(second, first);
+    first.clear();
+    EXPECT_EQ(Uri(), first);
+    EXPECT_TRUE(first.empty());
+}
+
+// The written text reads back as the same URI except in these two shapes, kept as they are.
+TEST(Uri, WrittenTextLosesALeadingSlashAndAnEmptyExtension)
+{
+    EXPECT_EQ("a:b", textOf(Uri::create("/a:b")));
+    EXPECT_STREQ("a", Uri::create("a:b").getScheme());
+    EXPECT_EQ("a.b", textOf(Uri::create("a.b.")));
+    EXPECT_STREQ("b", Uri::create("a.b").getExtension());
+}
+
+TEST_F(UriAssertions, NullTextsAndMissingSegmentsBreakTheContract)
+{
+    Uri uri = fullUri();
+    char* none = nullptr;
+    EXPECT_ASSERTION(uri.set(none, nullptr), "NULL string given");
+    EXPECT_ASSERTION(uri.set(none, 3, nullptr), "NULL string given");
+    EXPECT_ASSERTION(uri.set(none, none, none, none, none, nullptr), "NULL scheme given");
+    EXPECT_ASSERTION(uri.set("", none, none, none, none, nullptr), "NULL path given");
+    EXPECT_ASSERTION(uri.set("", "", none, none, none, nullptr), "NULL extension given");
+    EXPECT_ASSERTION(uri.set("", "", "", none, none, nullptr), "NULL query given");
+    EXPECT_ASSERTION(uri.set("", "", "", "", none, nullptr), "NULL fragment given");
+    EXPECT_ASSERTION(uri.setScheme(none, nullptr), "NULL scheme given");
+    EXPECT_ASSERTION(uri.setPath(none, nullptr), "NULL path given");
+    EXPECT_ASSERTION(uri.setExtension(none, nullptr), "NULL extension given");
+    EXPECT_ASSERTION(uri.setQuery(none, nullptr), "NULL query given");
+    EXPECT_ASSERTION(uri.setFragment(none, nullptr), "NULL fragment given");
+    EXPECT_ASSERTION(uri.computeString(none), "NULL string given");
+    EXPECT_ASSERTION(uri.getPathSegment(2), "No 2th path segment.");
+    EXPECT_ASSERTION(Uri().getPathSegment(1), "No 1th path segment.");
+    EXPECT_EQ(fullUri(), uri);
+}
+
+TEST_F(UriAssertions, CreateAssertsOnATextThatDoesNotParse)
+{
+    EXPECT_ASSERTION(Uri::create("tov:a b"), "Unexpected character in the path segment definition: ' ' #0,1.");
+    EXPECT_ASSERTION(Uri::create("tov", "a", "e.x", "", ""), "Unexpected character in the extension definition: '.' #1.");
+    EXPECT_EQ("tov:a.e", textOf(Uri::create("tov", "a", "e", "", "")));
+}
+
+TEST(UriAssertionsThatReturn, CarryOnWithoutReadingTheNullText)
+{
+    tov::testing::RecordingAssertions recording;
+    Uri uri = fullUri();
+    EXPECT_FALSE(uri.set(nullptr, nullptr));
+    EXPECT_FALSE(uri.setQuery(nullptr, nullptr));
+    EXPECT_STREQ("", uri.getPathSegment(7));
+    uri.computeString(nullptr);
+    EXPECT_EQ(4u, recording.messages().size());
+}
+
+TEST(UriFirstPathSegment, FindsTheFirstNonEmptySegmentOrRefusesTheText)
+{
+    struct Case {
+        const char* path;
+        bool found;
+        unsigned int offset;
+        unsigned int length;
+    };
+    const Case cases[] = {
+        {"", true, 0, 0},
+        {"/", true, 1, 0},
+        {"/abc/def", true, 1, 3},
+        {"abc/def", true, 0, 3},
+        {"abc def", true, 0, 3},   // the rest is not read
+        {"a%20b/c", true, 0, 5},
+        {"/api/debug/entities/0/contexts", true, 1, 3},
+        {"//abc", false, 77, 77},
+        {" abc", false, 77, 77},
+        {"%zz", false, 77, 77},
+        {"%2", false, 77, 77},
+        {"/ ", false, 77, 77},
+    };
+    for (const Case& c : cases) {
+        unsigned int offset = 77;
+        unsigned int length = 77;
+        const unsigned int size = static_cast<unsigned int>(std::strlen(c.path));
+        EXPECT_EQ(c.found, Uri::retrieveFirstPathSegment(c.path, size, offset, length)) << c.path;
+        EXPECT_EQ(c.offset, offset) << c.path;
+        EXPECT_EQ(c.length, length) << c.path;
+    }
+}
+
+TEST(UriFirstPathSegment, ReadsNothingPastTheSize)
+{
+    unsigned int offset = 0;
+    unsigned int length = 0;
+    EXPECT_TRUE(Uri::retrieveFirstPathSegment("/abc", 3, offset, length));
+    EXPECT_EQ(1u, offset);
+    EXPECT_EQ(2u, length);
+    EXPECT_FALSE(Uri::retrieveFirstPathSegment("%41", 2, offset, length));
+    EXPECT_TRUE(Uri::retrieveFirstPathSegment("a\0b", 3, offset, length));
+    EXPECT_EQ(1u, length);
+    EXPECT_FALSE(Uri::retrieveFirstPathSegment("\0", 1, offset, length));
+    EXPECT_TRUE(Uri::retrieveFirstPathSegment("/", 0, offset, length));
+    EXPECT_EQ(0u, offset);
+}
