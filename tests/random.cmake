@@ -1,0 +1,2 @@
+tov_add_test_suite(tov_random_tests
+  utils/impl/RandomEngineTest.cpp)
