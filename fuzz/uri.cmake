@@ -1,0 +1,2 @@
+tov_add_fuzzer(fuzz_uri_set UriSetFuzzer.cpp)
+tov_add_fuzzer(fuzz_uri_first_segment UriFirstSegmentFuzzer.cpp)
