@@ -6,4 +6,5 @@ tov_add_test_suite(tov_foundation_tests
   utils/ThreadTest.cpp
   utils/TimeTest.cpp
   utils/ContainersTest.cpp
-  utils/StringTableTest.cpp)
+  utils/StringTableTest.cpp
+  utils/FileInputOutputTest.cpp)

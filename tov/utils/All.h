@@ -2,6 +2,7 @@
 // Every public class and function of tov::utils outside the debugger, for a host that wants one include.
 //   #include <tov/utils/All.h>
 
+#include <tov/utils/AbstractDataInputOutput.h>
 #include <tov/utils/AbstractLogger.h>
 #include <tov/utils/Assertion.h>
 #include <tov/utils/AssertingLogger.h>
@@ -12,6 +13,8 @@
 #include <tov/utils/CreatorAbstractFactory.h>
 #include <tov/utils/ErrorType.h>
 #include <tov/utils/Facilities.h>
+#include <tov/utils/FileInputOutput.h>
+#include <tov/utils/FileUtils.h>
 #include <tov/utils/HashTable.h>
 #include <tov/utils/Logging.h>
 #include <tov/utils/Memory.h>
