@@ -44,10 +44,23 @@ void logRefusedPathCharacter(AbstractLogger* logger, char character, unsigned in
                                                  << segment << "," << index << ".");
 }
 
+// isalnum and isalpha, with ASCII decided without a call into the C library: the classes are tested for
+// every character of every part, and ASCII classifies the same in every locale.
+bool isLetter(unsigned char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= 0x80 && std::isalpha(c) != 0);
+}
+
+bool isAlphanumeric(unsigned char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+           (c >= 0x80 && std::isalnum(c) != 0);
+}
+
 // The tables of what a Uri holds; narrower than what the grammar parser reads (no escapes).
 bool isUnreserved(unsigned char c)
 {
-    return std::isalnum(c) != 0 || c == '-' || c == '.' || c == '_' || c == '~';
+    return isAlphanumeric(c) || c == '-' || c == '.' || c == '_' || c == '~';
 }
 
 bool isSubDelimiter(unsigned char c)
@@ -67,7 +80,7 @@ bool isSchemeCharacter(char character, unsigned int index)
     if (c == '+' || c == '-' || c == '.') {
         return true;
     }
-    return index == 0 ? std::isalpha(c) != 0 : std::isalnum(c) != 0;
+    return index == 0 ? isLetter(c) : isAlphanumeric(c);
 }
 
 bool isPathSegmentCharacter(char character)
@@ -78,7 +91,7 @@ bool isPathSegmentCharacter(char character)
 
 bool isExtensionCharacter(char character)
 {
-    return std::isalnum(static_cast<unsigned char>(character)) != 0;
+    return isAlphanumeric(static_cast<unsigned char>(character));
 }
 
 bool isQueryOrFragmentCharacter(char character)

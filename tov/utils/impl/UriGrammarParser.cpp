@@ -8,11 +8,19 @@ namespace impl {
 
 namespace {
 
+// isalnum, with ASCII decided without a call into the C library: it runs for every character of every
+// request path, and ASCII classifies the same in every locale.
+bool isAlphanumeric(unsigned char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+           (c >= 0x80 && std::isalnum(c) != 0);
+}
+
 // The grammar's own classes. They are kept apart from the tables of Uri's setters on purpose: the
 // request side is more lenient than the values a Uri holds, and the two must be free to differ.
 bool isUnreserved(unsigned char c)
 {
-    return std::isalnum(c) != 0 || c == '-' || c == '.' || c == '_' || c == '~';
+    return isAlphanumeric(c) || c == '-' || c == '.' || c == '_' || c == '~';
 }
 
 bool isSubDelimiter(unsigned char c)
