@@ -4,26 +4,17 @@
 #include <tov/utils/Assertion.h>
 #include <tov/utils/ErrorType.h>
 #include <tov/utils/Logging.h>
-#include <tov/utils/Memory.h>
-#include <tov/utils/impl/UriGrammarParser.h>
+#include <tov/utils/impl/UriMessages.h>
 
 #include <algorithm>
 #include <cctype>
 #include <cstring>
 #include <functional>
-#include <ostream>
 
 namespace tov {
 namespace utils {
 
 namespace {
-
-const char nullStringMessage[] = "NULL string given";
-const char nullSchemeMessage[] = "NULL scheme given";
-const char nullPathMessage[] = "NULL path given";
-const char nullExtensionMessage[] = "NULL extension given";
-const char nullQueryMessage[] = "NULL query given";
-const char nullFragmentMessage[] = "NULL fragment given";
 
 const char schemePart[] = "scheme";
 const char pathSegmentPart[] = "path segment";
@@ -229,7 +220,7 @@ Uri Uri::create(const char* scheme, const char* path, const char* extension, con
 
 bool Uri::set(const char* uri, AbstractLogger* logger)
 {
-    TOV_ASSERT(uri != nullptr, nullStringMessage);
+    TOV_ASSERT(uri != nullptr, impl::uriNullStringMessage);
     // Behind an assertion that returns, a null text must not be read.
     if (uri == nullptr) {
         return false;
@@ -239,7 +230,7 @@ bool Uri::set(const char* uri, AbstractLogger* logger)
 
 bool Uri::set(const char* uri, unsigned int length, AbstractLogger* logger)
 {
-    TOV_ASSERT(uri != nullptr, nullStringMessage);
+    TOV_ASSERT(uri != nullptr, impl::uriNullStringMessage);
     if (uri == nullptr) {
         return false;
     }
@@ -309,11 +300,11 @@ bool Uri::set(const char* scheme, unsigned int schemeLength, const char* path, u
 bool Uri::set(const char* scheme, const char* path, const char* extension, const char* query, const char* fragment,
               AbstractLogger* logger)
 {
-    TOV_ASSERT(scheme != nullptr, nullSchemeMessage);
-    TOV_ASSERT(path != nullptr, nullPathMessage);
-    TOV_ASSERT(extension != nullptr, nullExtensionMessage);
-    TOV_ASSERT(query != nullptr, nullQueryMessage);
-    TOV_ASSERT(fragment != nullptr, nullFragmentMessage);
+    TOV_ASSERT(scheme != nullptr, impl::uriNullSchemeMessage);
+    TOV_ASSERT(path != nullptr, impl::uriNullPathMessage);
+    TOV_ASSERT(extension != nullptr, impl::uriNullExtensionMessage);
+    TOV_ASSERT(query != nullptr, impl::uriNullQueryMessage);
+    TOV_ASSERT(fragment != nullptr, impl::uriNullFragmentMessage);
     if (scheme == nullptr || path == nullptr || extension == nullptr || query == nullptr || fragment == nullptr) {
         return false;
     }
@@ -325,7 +316,7 @@ bool Uri::set(const char* scheme, const char* path, const char* extension, const
 
 bool Uri::setScheme(const char* scheme, AbstractLogger* logger)
 {
-    TOV_ASSERT(scheme != nullptr, nullSchemeMessage);
+    TOV_ASSERT(scheme != nullptr, impl::uriNullSchemeMessage);
     if (scheme == nullptr) {
         return false;
     }
@@ -353,7 +344,7 @@ bool Uri::setScheme(const char* scheme, unsigned int length, AbstractLogger* log
 
 bool Uri::setPath(const char* path, AbstractLogger* logger)
 {
-    TOV_ASSERT(path != nullptr, nullPathMessage);
+    TOV_ASSERT(path != nullptr, impl::uriNullPathMessage);
     if (path == nullptr) {
         return false;
     }
@@ -432,7 +423,7 @@ bool Uri::replacePath(PathPieces& pieces, AbstractLogger* logger)
 
 bool Uri::setExtension(const char* extension, AbstractLogger* logger)
 {
-    TOV_ASSERT(extension != nullptr, nullExtensionMessage);
+    TOV_ASSERT(extension != nullptr, impl::uriNullExtensionMessage);
     if (extension == nullptr) {
         return false;
     }
@@ -453,7 +444,7 @@ bool Uri::setExtension(const char* extension, unsigned int length, AbstractLogge
 
 bool Uri::setQuery(const char* query, AbstractLogger* logger)
 {
-    TOV_ASSERT(query != nullptr, nullQueryMessage);
+    TOV_ASSERT(query != nullptr, impl::uriNullQueryMessage);
     if (query == nullptr) {
         return false;
     }
@@ -473,7 +464,7 @@ bool Uri::setQuery(const char* query, unsigned int length, AbstractLogger* logge
 
 bool Uri::setFragment(const char* fragment, AbstractLogger* logger)
 {
-    TOV_ASSERT(fragment != nullptr, nullFragmentMessage);
+    TOV_ASSERT(fragment != nullptr, impl::uriNullFragmentMessage);
     if (fragment == nullptr) {
         return false;
     }
@@ -519,216 +510,6 @@ void Uri::replaceRange(unsigned int begin, unsigned int oldLength, const char* t
     if (text != nullptr && length != 0) {
         std::memcpy(rawString.data() + begin, text, length);
     }
-}
-
-bool Uri::empty() const
-{
-    return rawString.size() < 6;
-}
-
-bool Uri::hasScheme() const
-{
-    return pathSegmentOffsets[0] > 1;
-}
-
-bool Uri::hasPath() const
-{
-    return rawString[pathSegmentOffsets[0]] != '\0';
-}
-
-unsigned int Uri::countPathSegments() const
-{
-    return hasPath() ? static_cast<unsigned int>(pathSegmentOffsets.size()) : 0;
-}
-
-bool Uri::hasExtension() const
-{
-    return extensionOffset + 1 < queryOffset;
-}
-
-bool Uri::hasQuery() const
-{
-    return queryOffset + 1 < fragmentOffset;
-}
-
-bool Uri::hasFragment() const
-{
-    return fragmentOffset + 1 < rawString.size();
-}
-
-const char* Uri::getScheme() const
-{
-    return rawString.data();
-}
-
-const char* Uri::getPathSegment(unsigned int index) const
-{
-    TOV_ASSERT(index < pathSegmentOffsets.size(), "No " << index << "th path segment.");
-    // Behind an assertion that returns: the last terminator is an empty text that stays valid.
-    if (index >= pathSegmentOffsets.size()) {
-        return rawString.data() + rawString.size() - 1;
-    }
-    return rawString.data() + pathSegmentOffsets[index];
-}
-
-const char* Uri::getExtension() const
-{
-    return rawString.data() + extensionOffset;
-}
-
-const char* Uri::getQuery() const
-{
-    return rawString.data() + queryOffset;
-}
-
-const char* Uri::getFragment() const
-{
-    return rawString.data() + fragmentOffset;
-}
-
-const char* Uri::getRawString() const
-{
-    return rawString.data();
-}
-
-unsigned int Uri::getRawStringLength() const
-{
-    return static_cast<unsigned int>(rawString.size()) - 1;
-}
-
-unsigned int Uri::computeStringLength() const
-{
-    unsigned int length = static_cast<unsigned int>(rawString.size()) - 1;
-    length -= hasScheme() ? 0 : 1;
-    length -= hasExtension() ? 0 : 1;
-    length -= hasQuery() ? 0 : 1;
-    length -= hasFragment() ? 0 : 1;
-    return length;
-}
-
-void Uri::computeString(char* buffer) const
-{
-    TOV_ASSERT(buffer != nullptr, nullStringMessage);
-    if (buffer == nullptr) {
-        return;
-    }
-    const unsigned int last = static_cast<unsigned int>(rawString.size()) - 1;
-    char* out = buffer;
-    for (unsigned int i = 0; i < last; ++i) {
-        const char c = rawString[i];
-        if (c != '\0') {
-            *out++ = c;
-        } else if (i < pathSegmentOffsets[0]) {
-            if (hasScheme()) {
-                *out++ = ':';
-            }
-        } else if (i < extensionOffset - 1) {
-            // A terminator strictly inside the path only stands between two segments.
-            *out++ = '/';
-        } else if (i == extensionOffset - 1) {
-            if (hasExtension()) {
-                *out++ = '.';
-            }
-        } else if (i == queryOffset - 1) {
-            if (hasQuery()) {
-                *out++ = '?';
-            }
-        } else if (i == fragmentOffset - 1) {
-            if (hasFragment()) {
-                *out++ = '#';
-            }
-        }
-    }
-    *out = '\0';
-}
-
-char* Uri::computeString() const
-{
-    char* buffer = TOV_NEW_ARRAY(computeStringLength() + 1);
-    computeString(buffer);
-    return buffer;
-}
-
-unsigned int Uri::computePathStringLength() const
-{
-    return extensionOffset - pathSegmentOffsets[0] - 1;
-}
-
-void Uri::computePathString(char* buffer) const
-{
-    TOV_ASSERT(buffer != nullptr, nullStringMessage);
-    if (buffer == nullptr) {
-        return;
-    }
-    const unsigned int length = computePathStringLength();
-    const char* path = rawString.data() + pathSegmentOffsets[0];
-    for (unsigned int i = 0; i < length; ++i) {
-        buffer[i] = path[i] != '\0' ? path[i] : '/';
-    }
-    buffer[length] = '\0';
-}
-
-bool Uri::operator==(const Uri& other) const
-{
-    return rawString.size() == other.rawString.size() &&
-           std::memcmp(rawString.data(), other.rawString.data(), rawString.size()) == 0;
-}
-
-bool Uri::operator!=(const Uri& other) const
-{
-    return !(*this == other);
-}
-
-bool Uri::operator<(const Uri& other) const
-{
-    return std::lexicographical_compare(rawString.begin(), rawString.end(), other.rawString.begin(),
-                                        other.rawString.end());
-}
-
-namespace {
-
-struct FirstSegment {
-    const char* path;
-    unsigned int offset;
-    unsigned int length;
-};
-
-bool recordFirstSegment(void* userData, const char* segment, unsigned int length)
-{
-    FirstSegment& first = *static_cast<FirstSegment*>(userData);
-    first.offset = lengthOf(first.path, segment);
-    first.length = length;
-    return false;
-}
-
-} // namespace
-
-bool Uri::retrieveFirstPathSegment(const char* path, unsigned int size, unsigned int& offset, unsigned int& length)
-{
-    FirstSegment first = {path, 0, 0};
-    impl::UriGrammarParser::Callbacks callbacks;
-    callbacks.userData = &first;
-    callbacks.onSegment = &recordFirstSegment;
-    switch (impl::UriGrammarParser(path, size, callbacks).parsePath()) {
-    case impl::UriGrammarParser::stopped:
-        offset = first.offset;
-        length = first.length;
-        return true;
-    case impl::UriGrammarParser::complete:
-        offset = size;
-        length = 0;
-        return true;
-    default:
-        return false;
-    }
-}
-
-std::ostream& operator<<(std::ostream& stream, const Uri& uri)
-{
-    char* text = uri.computeString();
-    stream << text;
-    TOV_DELETE_ARRAY(text);
-    return stream;
 }
 
 } // namespace utils
