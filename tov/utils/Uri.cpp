@@ -234,7 +234,8 @@ bool Uri::set(const char* uri, unsigned int length, AbstractLogger* logger)
     if (uri == nullptr) {
         return false;
     }
-    if (refersToOwnText(uri, length)) {
+    // Any text that starts in this URI's buffer, even an empty one: the scheme scan reads on past the length.
+    if (refersToOwnText(uri, 1)) {
         Uri target;
         const bool result = target.set(uri, length, logger);
         swap(target);
