@@ -20,6 +20,9 @@
 #include <tov/utils/Memory.h>
 #include <tov/utils/Mutex.h>
 #include <tov/utils/OstreamLogger.h>
+#include <tov/utils/Random.h>
+#include <tov/utils/RandomManager.h>
+#include <tov/utils/RandomManagerSerialization.h>
 #include <tov/utils/ScopedMutex.h>
 #include <tov/utils/ScopedPtr.h>
 #include <tov/utils/String.h>

@@ -2,6 +2,7 @@
 
 #include <tov/utils/Memory.h>
 #include <tov/utils/OstreamLogger.h>
+#include <tov/utils/RandomManager.h>
 #include <tov/utils/Singleton.h>
 #include <tov/utils/StringTable.h>
 
@@ -18,6 +19,7 @@ struct FacilitiesData {
     AbstractLogger* logger = nullptr;
     OstreamLogger defaultLogger;
     StringTable stringTable;
+    RandomManager randomManager;
 };
 
 void Facilities::create()
@@ -81,6 +83,16 @@ StringTable& Facilities::getStringTable()
 const StringTable& Facilities::getStringTable() const
 {
     return data->stringTable;
+}
+
+RandomManager& Facilities::getRandomNumberGenerator()
+{
+    return data->randomManager;
+}
+
+const RandomManager& Facilities::getRandomNumberGenerator() const
+{
+    return data->randomManager;
 }
 
 } // namespace utils

@@ -10,6 +10,7 @@ namespace tov {
 namespace utils {
 
 class AbstractLogger;
+class RandomManager;
 class StringTable;
 struct FacilitiesData;
 
@@ -36,6 +37,9 @@ public:
 
     StringTable& getStringTable();
     const StringTable& getStringTable() const;
+
+    RandomManager& getRandomNumberGenerator();
+    const RandomManager& getRandomNumberGenerator() const;
 
 private:
     Facilities();
