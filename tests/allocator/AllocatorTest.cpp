@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <thread>
 #include <vector>
 
@@ -47,6 +48,21 @@ TEST(Allocator, AccountsLiveBytesBlocksPeakAndCount)
     EXPECT_EQ(before.liveBytes, service.getLiveBytes());
     EXPECT_EQ(before.liveBlocks, service.getLiveBlocks());
     EXPECT_GE(service.getPeakBytes(), before.liveBytes + 128);
+}
+
+TEST(Allocator, ReallocateKeepsTheContentAndTheAccounts)
+{
+    Allocator& service = Allocator::instance();
+    const unsigned long long liveBytes = service.getLiveBytes();
+    char* block = static_cast<char*>(service.reallocate(nullptr, 4));
+    std::memcpy(block, "abcd", 4);
+    block = static_cast<char*>(service.reallocate(block, 4096));   // grows: the old four bytes come along
+    EXPECT_EQ(0, std::memcmp(block, "abcd", 4));
+    EXPECT_EQ(liveBytes + 4096, service.getLiveBytes());
+    block = static_cast<char*>(service.reallocate(block, 2));   // shrinks: reads no further than it may
+    EXPECT_EQ(0, std::memcmp(block, "ab", 2));
+    service.deallocate(block, 0);
+    EXPECT_EQ(liveBytes, service.getLiveBytes());
 }
 
 TEST(Allocator, BlocksAreAlignedForAnyType)

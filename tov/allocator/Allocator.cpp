@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 
 namespace tov {
@@ -57,6 +58,17 @@ void Allocator::deallocate(void* block, unsigned int /*size*/)
     liveBlocks.fetch_sub(1, std::memory_order_relaxed);
     liveBytes.fetch_sub(header->size, std::memory_order_relaxed);
     std::free(header);
+}
+
+void* Allocator::reallocate(void* block, unsigned int size)
+{
+    void* resized = allocate(size);
+    if (block != nullptr) {
+        const unsigned long long oldSize = (static_cast<BlockHeader*>(block) - 1)->size;
+        std::memcpy(resized, block, oldSize < size ? oldSize : size);
+        deallocate(block, 0);
+    }
+    return resized;
 }
 
 unsigned long long Allocator::getLiveBytes() const

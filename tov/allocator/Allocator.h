@@ -32,6 +32,10 @@ public:
     // service keeps the size beside each block and never relies on this argument.
     void deallocate(void* block, unsigned int size);
 
+    // The standard realloc over the service: a null block allocates, the content is kept up to the
+    // smaller of the two sizes. For C libraries that are handed the service as their allocator.
+    void* reallocate(void* block, unsigned int size);
+
     unsigned long long getLiveBytes() const;
     unsigned long long getLiveBlocks() const;
     unsigned long long getPeakBytes() const;
