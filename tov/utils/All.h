@@ -4,6 +4,7 @@
 
 #include <tov/utils/AbstractDataInputOutput.h>
 #include <tov/utils/AbstractLogger.h>
+#include <tov/utils/AbstractObjectBuilder.h>
 #include <tov/utils/Assertion.h>
 #include <tov/utils/AssertingLogger.h>
 #include <tov/utils/BlockAllocator.h>
@@ -11,6 +12,11 @@
 #include <tov/utils/Condition.h>
 #include <tov/utils/Containers.h>
 #include <tov/utils/CreatorAbstractFactory.h>
+#include <tov/utils/DynamicObject.h>
+#include <tov/utils/DynamicObjectBuilder.h>
+#include <tov/utils/DynamicObjectIterator.h>
+#include <tov/utils/DynamicType.h>
+#include <tov/utils/DynamicValue.h>
 #include <tov/utils/ErrorType.h>
 #include <tov/utils/Facilities.h>
 #include <tov/utils/FileInputOutput.h>

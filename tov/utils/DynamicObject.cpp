@@ -1,0 +1,590 @@
+// DynamicObject: construction, copies and the trie store under the properties. The public face of the
+// properties is in DynamicObjectProperties.cpp, values and copies between objects in DynamicObjectValues.cpp.
+#include <tov/utils/DynamicObject.h>
+
+#include <tov/utils/Assertion.h>
+#include <tov/utils/Memory.h>
+#include <tov/utils/StringTable.h>
+#include <tov/utils/impl/DynamicKey.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace tov {
+namespace utils {
+
+using details::DynamicObjectNode;
+
+namespace {
+
+const unsigned int defaultBlockSize = 128;
+const unsigned int defaultStringTableSeed = 100;
+const unsigned int maximumArraySize = 100000;
+// The character of the root's p node. The node is never reached again; it exists so that the root split
+// node gets the handle 2 and its value node the handle 3 in every object.
+const char rootCharacter = 7;
+
+} // namespace
+
+DynamicObject::DynamicObject()
+    : nodeAllocator(TOV_NEW NodeAllocator(defaultBlockSize)),
+      stringTable(TOV_NEW StringTable(defaultStringTableSeed)),
+      owning(true),
+      root(0),
+      nextFreeSlot(defaultBlockSize),
+      freeList(0)
+{
+    addRootProperty();
+}
+
+DynamicObject::DynamicObject(NodeAllocator& allocator, StringTable& table)
+    : nodeAllocator(&allocator),
+      stringTable(&table),
+      owning(false),
+      root(0),
+      nextFreeSlot(allocator.getBlockSize()),
+      freeList(0)
+{
+    addRootProperty();
+}
+
+DynamicObject::DynamicObject(const DynamicObject& other)
+    : nodeAllocator(TOV_NEW NodeAllocator(other.nodeAllocator->getBlockSize())),
+      stringTable(TOV_NEW StringTable(*other.stringTable)),
+      owning(true),
+      root(0),
+      nextFreeSlot(0),
+      freeList(0)
+{
+    doMemoryCopy(other);
+}
+
+DynamicObject::DynamicObject(const Ref& ref)
+    : nodeAllocator(ref.getObject().nodeAllocator),
+      stringTable(ref.getObject().stringTable),
+      owning(false),
+      root(0),
+      nextFreeSlot(0),
+      freeList(0)
+{
+    doMemoryCopy(ref.getObject());
+}
+
+DynamicObject& DynamicObject::operator=(const DynamicObject& other)
+{
+    if (this == &other) {
+        return *this;
+    }
+    doClear();
+    *stringTable = *other.stringTable;
+    if (nodeAllocator->getBlockSize() == other.nodeAllocator->getBlockSize()) {
+        doMemoryCopy(other);
+    } else {
+        doStreamCopy(other);
+    }
+    return *this;
+}
+
+DynamicObject::~DynamicObject()
+{
+    doClear();
+    if (owning) {
+        TOV_DELETE(nodeAllocator);
+        TOV_DELETE(stringTable);
+    }
+}
+
+DynamicObject::NodeAllocator& DynamicObject::getNodeAllocator()
+{
+    return *nodeAllocator;
+}
+
+DynamicObject::NodeAllocator& DynamicObject::getNodeAllocator() const
+{
+    return *nodeAllocator;
+}
+
+StringTable& DynamicObject::getStringTable()
+{
+    return *stringTable;
+}
+
+StringTable& DynamicObject::getStringTable() const
+{
+    return *stringTable;
+}
+
+bool DynamicObject::isOwningNodeAllocator() const
+{
+    return owning;
+}
+
+bool DynamicObject::isOwningStringTable() const
+{
+    return owning;
+}
+
+unsigned int DynamicObject::getRoot() const
+{
+    return root;
+}
+
+unsigned int DynamicObject::getMaximumArraySize()
+{
+    return maximumArraySize;
+}
+
+bool DynamicObject::empty() const
+{
+    return getType(root) == type::null;
+}
+
+void DynamicObject::clear()
+{
+    doClear();
+    addRootProperty();
+}
+
+DynamicObjectNode* DynamicObject::getNode(unsigned int handle) const
+{
+    if (handle == 0) {
+        return nullptr;
+    }
+    const unsigned int blockSize = nodeAllocator->getBlockSize();
+    const unsigned int block = (handle - 1) / blockSize;
+    TOV_ASSERT(block < blocks.size(), "Block index out of range");
+    if (block >= blocks.size()) {
+        return nullptr;
+    }
+    return blocks[block] + (handle - 1) % blockSize;
+}
+
+DynamicObjectNode* DynamicObject::allocateNode(char splitChar, unsigned int& handle)
+{
+    DynamicObjectNode* node;
+    unsigned int allocated;
+    if (freeList != 0) {
+        allocated = freeList;
+        node = getNode(allocated);
+        freeList = node->trie.greater;
+    } else {
+        const unsigned int blockSize = nodeAllocator->getBlockSize();
+        if (nextFreeSlot >= blockSize) {
+            blocks.push_back(nodeAllocator->allocate());
+            nextFreeSlot = 0;
+        }
+        const unsigned int slot = nextFreeSlot++;
+        allocated = static_cast<unsigned int>(blocks.size() - 1) * blockSize + slot + 1;
+        node = blocks.back() + slot;
+    }
+    // `handle` may be a link inside another node: it is written before this node is touched, which is
+    // safe as blocks never move.
+    handle = allocated;
+    std::memset(static_cast<void*>(node), 0, sizeof(DynamicObjectNode));
+    node->trie.splitChar = static_cast<signed char>(splitChar);
+    return node;
+}
+
+DynamicObjectNode* DynamicObject::allocateValueNode(unsigned int& handle)
+{
+    DynamicObjectNode* node = allocateNode(0, handle);
+    node->leaf.isValue = 1;
+    return node;
+}
+
+void DynamicObject::deallocateNode(DynamicObjectNode* node, unsigned int handle)
+{
+    // Dead nodes read as nonsense (a negative character, no value) should anything still look at them.
+    std::memset(static_cast<void*>(node), 0xEF, sizeof(DynamicObjectNode));
+    const unsigned int lastGiven = static_cast<unsigned int>(blocks.size() - 1) * nodeAllocator->getBlockSize() +
+                                   nextFreeSlot;
+    if (handle == lastGiven) {
+        --nextFreeSlot;
+    } else {
+        node->trie.greater = freeList;
+        freeList = handle;
+    }
+}
+
+DynamicObjectNode* DynamicObject::findNode(unsigned int start, const char* key, unsigned int length,
+                                           bool toSplitNode, unsigned int& handle) const
+{
+    handle = start;
+    const char* p = key;
+    const char* const end = key + length;
+    while (handle != 0 && p != end) {
+        const DynamicObjectNode* node = getNode(handle);
+        if (node == nullptr) {
+            handle = 0;
+            break;
+        }
+        TOV_ASSERT(!node->trie.isValue, "unclean state during trie search - detected leaf node");
+        if (node->trie.isValue) {
+            handle = 0;
+            break;
+        }
+        const signed char c = static_cast<signed char>(*p);
+        // A zero byte would match a split node and lead the search into a value node: no path holds one.
+        if (c == 0) {
+            handle = 0;
+            break;
+        }
+        if (c < node->trie.splitChar) {
+            handle = node->trie.less;
+        } else if (c > node->trie.splitChar) {
+            handle = node->trie.greater;
+        } else {
+            ++p;
+            if (p == end && toSplitNode) {
+                break;
+            }
+            handle = node->trie.equal;
+        }
+    }
+    DynamicObjectNode* node = getNode(handle);
+    if (toSplitNode && node != nullptr && node->trie.splitChar != 0) {
+        // The split node of the level below lies on the `less` side of every p node there: 0 sorts
+        // below all characters but those of 0x80 and above, which are put above it on insertion too.
+        handle = node->trie.equal;
+        node = nullptr;
+        while (handle != 0) {
+            DynamicObjectNode* candidate = getNode(handle);
+            if (candidate == nullptr) {
+                handle = 0;
+                break;
+            }
+            if (candidate->trie.splitChar == 0) {
+                node = candidate;
+                break;
+            }
+            handle = candidate->trie.less;
+        }
+    }
+    return node;
+}
+
+DynamicObjectNode* DynamicObject::findValueNode(DynamicObjectNode* splitNode, unsigned int& valueHandle) const
+{
+    // A value node also reads as character 0: it is refused, so that a value handle passed as a
+    // property is found invalid instead of having its number followed as a link.
+    if (splitNode != nullptr && !splitNode->trie.isValue && splitNode->trie.splitChar == 0) {
+        valueHandle = splitNode->trie.equal;
+        DynamicObjectNode* value = getNode(valueHandle);
+        if (value != nullptr && value->trie.isValue) {
+            return value;
+        }
+    }
+    valueHandle = 0;
+    return nullptr;
+}
+
+DynamicObjectNode* DynamicObject::findValueNode(unsigned int property) const
+{
+    unsigned int valueHandle;
+    return findValueNode(getNode(property), valueHandle);
+}
+
+DynamicObjectNode* DynamicObject::findValueNode(unsigned int start, const char* key, unsigned int length,
+                                                unsigned int& property, unsigned int& valueHandle) const
+{
+    DynamicObjectNode* value = findValueNode(findNode(start, key, length, true, property), valueHandle);
+    if (value == nullptr) {
+        property = 0;
+        valueHandle = 0;
+    }
+    return value;
+}
+
+DynamicObjectNode* DynamicObject::addProperty(unsigned int start, const char* key, unsigned int length,
+                                              bool& inserted, unsigned int& child, unsigned int& childValue)
+{
+    unsigned int startLink = start;
+    unsigned int* slot = &startLink;
+    const char* p = key;
+    const char* const end = key + length;
+    while (p != end && *slot != 0) {
+        child = *slot;
+        DynamicObjectNode* node = getNode(*slot);
+        const signed char c = static_cast<signed char>(*p);
+        if (c == node->trie.splitChar) {
+            slot = &node->trie.equal;
+            ++p;
+        } else if (c > node->trie.splitChar) {
+            slot = &node->trie.greater;
+        } else {
+            slot = &node->trie.less;
+        }
+    }
+    // What is left of a new key hangs as a straight chain of `equal` links.
+    while (p != end) {
+        DynamicObjectNode* node = allocateNode(*p, *slot);
+        child = *slot;
+        slot = &node->trie.equal;
+        ++p;
+    }
+    while (*slot != 0) {
+        DynamicObjectNode* node = getNode(*slot);
+        if (node->trie.splitChar == 0) {
+            break;
+        }
+        slot = &node->trie.less;
+    }
+    if (*slot == 0) {
+        allocateNode(0, *slot);
+    }
+    child = *slot;
+    DynamicObjectNode* splitNode = getNode(child);
+    DynamicObjectNode* value;
+    if (splitNode->trie.equal != 0) {
+        childValue = splitNode->trie.equal;
+        inserted = false;
+        value = getNode(childValue);
+        TOV_ASSERT(value != nullptr && value->trie.isValue, "Sanity check, that this is a valid node.");
+    } else {
+        unsigned int valueHandle;
+        value = allocateValueNode(valueHandle);
+        splitNode->trie.equal = valueHandle;
+        childValue = valueHandle;
+        inserted = true;
+    }
+    return value;
+}
+
+bool DynamicObject::eraseProperty(unsigned int start, const char* key, unsigned int length)
+{
+    unsigned int startLink = start;
+    bool matchErased = false;
+    eraseProperty(&startLink, key, length, matchErased);
+    return matchErased;
+}
+
+bool DynamicObject::eraseProperty(unsigned int* link, const char* key, unsigned int length, bool& matchErased)
+{
+    DynamicObjectNode* node = getNode(*link);
+    if (node == nullptr) {
+        return false;
+    }
+    if (node->trie.isValue) {
+        TOV_ASSERT(length == 0, "Value node reached before the full exploration of the key.");
+        if (length != 0) {
+            return false;
+        }
+        deallocateNode(node, *link);
+        *link = 0;
+        matchErased = true;
+        return true;
+    }
+    bool removed;
+    if (length == 0) {
+        // At the end of the key the split node is looked for as the search and the insertion do it,
+        // along `less` links alone: comparing 0 with a character of 0x80 or more would go `greater`
+        // and miss a split node that sits below such a character.
+        if (node->trie.splitChar == 0) {
+            removed = eraseProperty(&node->trie.equal, key, 0, matchErased);
+        } else {
+            removed = eraseProperty(&node->trie.less, key, 0, matchErased);
+        }
+    } else {
+        const signed char c = static_cast<signed char>(*key);
+        if (c == node->trie.splitChar) {
+            removed = eraseProperty(&node->trie.equal, key + 1, length - 1, matchErased);
+        } else if (c > node->trie.splitChar) {
+            removed = eraseProperty(&node->trie.greater, key, length, matchErased);
+        } else {
+            removed = eraseProperty(&node->trie.less, key, length, matchErased);
+        }
+    }
+    if (removed && node->trie.greater == 0 && node->trie.equal == 0 && node->trie.less == 0) {
+        deallocateNode(node, *link);
+        *link = 0;
+        return true;
+    }
+    return false;
+}
+
+void DynamicObject::addRootProperty()
+{
+    unsigned int rootCharacterHandle;
+    DynamicObjectNode* rootCharacterNode = allocateNode(rootCharacter, rootCharacterHandle);
+    TOV_ASSERT(rootCharacterNode != nullptr, "Unable to add the root p node.");
+    unsigned int rootSplit;
+    DynamicObjectNode* rootSplitNode = allocateNode(0, rootSplit);
+    TOV_ASSERT(rootSplitNode != nullptr, "Unable to add the root split node.");
+    rootCharacterNode->trie.equal = rootSplit;
+    root = rootSplit;
+    unsigned int rootValue;
+    DynamicObjectNode* rootValueNode = allocateValueNode(rootValue);
+    TOV_ASSERT(rootValueNode != nullptr, "Unable to add the root p value node.");
+    rootSplitNode->trie.equal = rootValue;
+}
+
+unsigned int DynamicObject::doAddChild(unsigned int parent, const char* key, unsigned int length)
+{
+    TOV_ASSERT(key != nullptr, "Null string given as a key");
+    if (key == nullptr || length == 0) {
+        return 0;
+    }
+    unsigned int start = parent;
+    if (parent == root) {
+        if (key[0] == '.') {
+            ++key;
+            --length;
+        }
+    } else if (key[0] != '.') {
+        findNode(parent, ".", 1, false, start);
+    }
+    bool inserted = false;
+    unsigned int child = 0;
+    unsigned int childValue = 0;
+    DynamicObjectNode* value;
+    if (start == 0) {
+        // The first child of an object: its key starts at the object's split node, with the separator.
+        char shortKey[64];
+        String longKey;
+        char* newKey = shortKey;
+        if (length + 1 > sizeof(shortKey)) {
+            longKey.resize(length + 1);
+            newKey = &longKey[0];
+        }
+        newKey[0] = '.';
+        std::memcpy(newKey + 1, key, length);
+        value = addProperty(parent, newKey, length + 1, inserted, child, childValue);
+    } else {
+        value = addProperty(start, key, length, inserted, child, childValue);
+    }
+    TOV_ASSERT(value != nullptr, "Unable to add a child.");
+    if (inserted) {
+        DynamicObjectNode* parentValue = findValueNode(parent);
+        TOV_ASSERT(parentValue != nullptr, "Invalid property");
+        if (parentValue != nullptr) {
+            parentValue->leaf.value.bits += 1;
+            parentValue->leaf.type = type::object;
+        }
+    }
+    return child;
+}
+
+unsigned int DynamicObject::getChildRecursive(unsigned int handle, unsigned int target,
+                                              unsigned int& nbChildrenParsed, bool insideName, bool isStart,
+                                              unsigned int parent) const
+{
+    const DynamicObjectNode* node = getNode(handle);
+    if (node == nullptr) {
+        return 0;
+    }
+    if (node->trie.isValue) {
+        ++nbChildrenParsed;
+        return parent;
+    }
+    unsigned int found = 0;
+    if (node->trie.less != 0) {
+        found = getChildRecursive(node->trie.less, target, nbChildrenParsed, insideName, false, handle);
+        if (nbChildrenParsed == target) {
+            return found;
+        }
+    }
+    const bool separator = node->trie.splitChar == '.' || node->trie.splitChar == '[';
+    if (node->trie.equal != 0 && !isStart && !(insideName && separator)) {
+        found = getChildRecursive(node->trie.equal, target, nbChildrenParsed, true, false, handle);
+        if (nbChildrenParsed == target) {
+            return found;
+        }
+    }
+    if (node->trie.greater != 0) {
+        found = getChildRecursive(node->trie.greater, target, nbChildrenParsed, insideName, false, handle);
+    }
+    return found;
+}
+
+bool DynamicObject::checkKey(const char* key, unsigned int length) const
+{
+    return impl::isValidChildKey(key, length);
+}
+
+unsigned int DynamicObject::formatArrayKey(char* buffer, unsigned int index) const
+{
+    TOV_ASSERT(index < maximumArraySize, "Array indices must be less than " << maximumArraySize << ".");
+    if (index >= maximumArraySize) {
+        return 0;
+    }
+    char digits[5];
+    unsigned int count = 0;
+    do {
+        digits[count++] = static_cast<char>('0' + index % 10);
+        index /= 10;
+    } while (index != 0);
+    unsigned int length = 0;
+    buffer[length++] = '[';
+    while (count != 0) {
+        buffer[length++] = digits[--count];
+    }
+    buffer[length++] = ']';
+    return length;
+}
+
+unsigned int DynamicObject::getSeparator(unsigned int property) const
+{
+    unsigned int separator;
+    findNode(property, ".", 1, false, separator);
+    return separator;
+}
+
+void DynamicObject::doClear()
+{
+    for (DynamicObjectNode* block : blocks) {
+        nodeAllocator->free(block);
+    }
+    blocks.clear();
+    freeList = 0;
+    nextFreeSlot = nodeAllocator->getBlockSize();
+}
+
+void DynamicObject::doMemoryCopy(const DynamicObject& other)
+{
+    const unsigned int blockSize = nodeAllocator->getBlockSize();
+    blocks.reserve(other.blocks.size());
+    for (const DynamicObjectNode* source : other.blocks) {
+        DynamicObjectNode* block = nodeAllocator->allocate();
+        std::memcpy(static_cast<void*>(block), source, blockSize * sizeof(DynamicObjectNode));
+        blocks.push_back(block);
+    }
+    nextFreeSlot = other.nextFreeSlot;
+    root = other.root;
+}
+
+void DynamicObject::doStreamCopy(const DynamicObject& other)
+{
+    // Handles number the slots linearly from 1, so copying the nodes as one stream keeps every handle.
+    const unsigned int blockSize = nodeAllocator->getBlockSize();
+    const unsigned int otherBlockSize = other.nodeAllocator->getBlockSize();
+    unsigned int remainingSpaceInBlock = 0;
+    for (const DynamicObjectNode* source : other.blocks) {
+        unsigned int copied = 0;
+        while (copied < otherBlockSize) {
+            if (remainingSpaceInBlock == 0) {
+                blocks.push_back(nodeAllocator->allocate());
+                remainingSpaceInBlock = blockSize;
+            }
+            const unsigned int count = std::min(remainingSpaceInBlock, otherBlockSize - copied);
+            std::memcpy(static_cast<void*>(blocks.back() + (blockSize - remainingSpaceInBlock)), source + copied,
+                        count * sizeof(DynamicObjectNode));
+            copied += count;
+            remainingSpaceInBlock -= count;
+        }
+    }
+    root = other.root;
+    // The other object's `nextFreeSlot` counts in its own block size: taken as it stands, the next node
+    // allocated here could be one that is in use. It is converted from the number of slots handed out,
+    // and the blocks that the stream filled beyond them go back to the allocator.
+    const unsigned int usedSlots =
+        other.blocks.empty() ? 0 : static_cast<unsigned int>(other.blocks.size() - 1) * otherBlockSize + other.nextFreeSlot;
+    const unsigned int neededBlocks = (usedSlots + blockSize - 1) / blockSize;
+    while (blocks.size() > neededBlocks) {
+        nodeAllocator->free(blocks.back());
+        blocks.pop_back();
+    }
+    nextFreeSlot = blocks.empty() ? blockSize : usedSlots - static_cast<unsigned int>(blocks.size() - 1) * blockSize;
+}
+
+} // namespace utils
+} // namespace tov

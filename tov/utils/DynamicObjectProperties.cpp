@@ -1,0 +1,660 @@
+// DynamicObject: paths, types, children and arrays, the structural half of the public face.
+#include <tov/utils/DynamicObject.h>
+
+#include <tov/utils/Assertion.h>
+#include <tov/utils/DynamicObjectIterator.h>
+#include <tov/utils/String.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace tov {
+namespace utils {
+
+using details::DynamicObjectNode;
+
+namespace {
+
+const char* const nullKeyMessage = "Null string given as a key";
+const char* const invalidPropertyMessage = "Invalid property";
+const char* const unknownTypeMessage = " is an unknown tov::utils::type";
+// Room for "[99999]", the longest array key.
+const unsigned int arrayKeyCapacity = 7;
+
+unsigned int lengthOf(const char* text)
+{
+    return text != nullptr ? static_cast<unsigned int>(std::strlen(text)) : 0;
+}
+
+// "." followed by a name, on the stack for the usual short names.
+class ChildKey {
+public:
+    ChildKey(const char* name, unsigned int length, bool withSeparator)
+    {
+        const unsigned int total = length + (withSeparator ? 1 : 0);
+        text = total <= sizeof(shortText) ? shortText : (longText.resize(total), &longText[0]);
+        if (withSeparator) {
+            text[0] = '.';
+        }
+        std::memcpy(text + (withSeparator ? 1 : 0), name, length);
+        size = total;
+    }
+    const char* data() const { return text; }
+    unsigned int length() const { return size; }
+
+private:
+    char shortText[64];
+    String longText;
+    char* text;
+    unsigned int size;
+};
+
+} // namespace
+
+bool DynamicObject::hasProperty(const char* key) const
+{
+    return hasProperty(key, lengthOf(key));
+}
+
+bool DynamicObject::hasProperty(const char* key, unsigned int length) const
+{
+    return getProperty(key, length) != 0;
+}
+
+unsigned int DynamicObject::getProperty(const char* key) const
+{
+    return getProperty(key, lengthOf(key));
+}
+
+unsigned int DynamicObject::getProperty(const char* key, unsigned int length) const
+{
+    TOV_ASSERT(key != nullptr, nullKeyMessage);
+    if (key == nullptr) {
+        return 0;
+    }
+    unsigned int property;
+    unsigned int valueHandle;
+    findValueNode(root, key, length, property, valueHandle);
+    return property;
+}
+
+unsigned int DynamicObject::getPropertyAsserts(const char* key, unsigned int length) const
+{
+    const unsigned int property = getProperty(key, length);
+    TOV_ASSERT(property != 0, "Unable to find property for the key '" << String(key != nullptr ? key : "", key != nullptr ? length : 0) << "'");
+    return property;
+}
+
+unsigned int DynamicObject::addProperty(const char* key)
+{
+    return addProperty(key, lengthOf(key));
+}
+
+unsigned int DynamicObject::addProperty(const char* key, unsigned int length)
+{
+    TOV_ASSERT(key != nullptr, nullKeyMessage);
+    if (key == nullptr) {
+        return 0;
+    }
+    // A part in the middle of a path becomes a child of what comes before it, which must then be able to
+    // hold children: adding below a scalar or an array would count the child into the value's bits and
+    // turn it into an object, leaving a count that no walk can bring back to 0.
+    auto addPart = [this](unsigned int parent, const char* part, unsigned int partLength) -> unsigned int {
+        return isTypeCompatible(parent, type::object) ? doAddChild(parent, part, partLength) : 0;
+    };
+    unsigned int current = root;
+    unsigned int partStart = 0;
+    bool insideBrackets = false;
+    unsigned int index = 0;
+    for (unsigned int position = 0; position < length && current != 0; ++position) {
+        const char c = key[position];
+        if (!insideBrackets) {
+            if (c == '.') {
+                if ((position > partStart && current == root) || position > partStart + 1) {
+                    current = addPart(current, key + partStart, position - partStart);
+                    partStart = position;
+                } else if (key[partStart] == ']') {
+                    partStart = position;
+                } else {
+                    current = 0;
+                }
+            } else if (c == '[') {
+                insideBrackets = true;
+                index = 0;
+                // A first part ended by "[" must be longer than one character, as the position of the
+                // part's own first character is taken for that of a separator. Kept: on a null object
+                // `a[0]` makes the root itself an array.
+                if (position > partStart + 1) {
+                    current = addPart(current, key + partStart, position - partStart);
+                    partStart = position;
+                }
+            } else if (c == ']' || c == '\0') {
+                // A zero byte inside a name would read as the end of a path in the trie.
+                current = 0;
+            }
+        } else if (c >= '0' && c <= '9') {
+            // Saturated, so that a long run of digits cannot wrap around to a small index.
+            index = std::min(index * 10 + static_cast<unsigned int>(c - '0'), getMaximumArraySize());
+        } else if (c == ']') {
+            if (position > partStart + 1) {
+                // An index beyond the largest array would reach the assertion of the array key.
+                if (index < getMaximumArraySize() && isTypeCompatible(current, type::array)) {
+                    if (index >= countChildren(current)) {
+                        resize(current, index + 1);
+                    }
+                    current = getChild(current, index);
+                    insideBrackets = false;
+                    partStart = position;
+                } else {
+                    current = 0;
+                }
+            }
+        } else {
+            current = 0;
+        }
+    }
+    if (current == 0) {
+        return 0;
+    }
+    if (length <= partStart + 1 && (length <= partStart || current != root)) {
+        return current;
+    }
+    if (!isTypeCompatible(current, type::object)) {
+        return 0;
+    }
+    return doAddChild(current, key + partStart, length - partStart);
+}
+
+type::Type DynamicObject::getType(unsigned int property) const
+{
+    const DynamicObjectNode* value = findValueNode(property);
+    return value != nullptr ? static_cast<type::Type>(value->leaf.type) : type::null;
+}
+
+type::Type DynamicObject::getType(const char* key) const
+{
+    return getType(key, lengthOf(key));
+}
+
+type::Type DynamicObject::getType(const char* key, unsigned int length) const
+{
+    return getType(getPropertyAsserts(key, length));
+}
+
+bool DynamicObject::isTypeCompatible(unsigned int property, type::Type type) const
+{
+    const type::Type own = getType(property);
+    switch (own) {
+    case type::null:
+        return true;
+    case type::integer:
+    case type::real:
+        return type == type::integer || type == type::real;
+    case type::string:
+    case type::boolean:
+    case type::array:
+    case type::object:
+        return own == type;
+    }
+    TOV_ASSERT(false, static_cast<int>(type) << "is an unknown tov::utils::type.");
+    return false;
+}
+
+bool DynamicObject::isTypeCompatible(const char* key, type::Type type) const
+{
+    return isTypeCompatible(key, lengthOf(key), type);
+}
+
+bool DynamicObject::isTypeCompatible(const char* key, unsigned int length, type::Type type) const
+{
+    return isTypeCompatible(getPropertyAsserts(key, length), type);
+}
+
+unsigned int DynamicObject::countChildren(unsigned int property) const
+{
+    const DynamicObjectNode* value = findValueNode(property);
+    TOV_ASSERT(value != nullptr, invalidPropertyMessage);
+    if (value == nullptr) {
+        return 0;
+    }
+    if (value->leaf.type == type::array || value->leaf.type == type::object) {
+        return static_cast<unsigned int>(value->leaf.value.bits);
+    }
+    return 0;
+}
+
+unsigned int DynamicObject::countChildren(const char* key) const
+{
+    return countChildren(key, lengthOf(key));
+}
+
+unsigned int DynamicObject::countChildren(const char* key, unsigned int length) const
+{
+    return countChildren(getPropertyAsserts(key, length));
+}
+
+bool DynamicObject::resize(unsigned int property, unsigned int size)
+{
+    TOV_ASSERT(isTypeCompatible(property, type::array), "Can't resize a property that is not an array.");
+    const unsigned int count = countChildren(property);
+    if (count == size) {
+        return true;
+    }
+    if (size >= getMaximumArraySize()) {
+        return false;
+    }
+    DynamicObjectNode* value = findValueNode(property);
+    TOV_ASSERT(value != nullptr, invalidPropertyMessage);
+    if (value == nullptr) {
+        return false;
+    }
+    // The count is set before the elements change; a failing growth leaves it at the asked size.
+    value->leaf.value.bits = size;
+    value->leaf.type = size != 0 ? type::array : type::null;
+    char key[arrayKeyCapacity];
+    if (size < count) {
+        bool erased = true;
+        for (unsigned int i = count; i-- > size;) {
+            const unsigned int keyLength = formatArrayKey(key, i);
+            unsigned int element;
+            findNode(property, key, keyLength, true, element);
+            resetProperty(element);
+            erased = eraseProperty(property, key, keyLength) && erased;
+        }
+        return erased;
+    }
+    for (unsigned int i = count; i < size; ++i) {
+        const unsigned int keyLength = formatArrayKey(key, i);
+        bool inserted;
+        unsigned int element;
+        unsigned int elementValue;
+        if (addProperty(property, key, keyLength, inserted, element, elementValue) == nullptr) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool DynamicObject::resize(const char* key, unsigned int size)
+{
+    return resize(key, lengthOf(key), size);
+}
+
+bool DynamicObject::resize(const char* key, unsigned int length, unsigned int size)
+{
+    return resize(getPropertyAsserts(key, length), size);
+}
+
+unsigned int DynamicObject::getChild(unsigned int property, unsigned int index) const
+{
+    const type::Type type = getType(property);
+    switch (type) {
+    case type::null:
+    case type::integer:
+    case type::real:
+    case type::string:
+    case type::boolean:
+        return 0;
+    case type::array: {
+        char key[arrayKeyCapacity];
+        const unsigned int keyLength = formatArrayKey(key, index);
+        if (keyLength == 0) {
+            return 0;
+        }
+        unsigned int element;
+        return findNode(property, key, keyLength, true, element) != nullptr ? element : 0;
+    }
+    case type::object: {
+        const unsigned int target = index + 1;
+        if (target == 0) {
+            return 0;
+        }
+        unsigned int nbChildrenParsed = 0;
+        const unsigned int found = getChildRecursive(property, target, nbChildrenParsed, false, true, property);
+        return nbChildrenParsed == target ? found : 0;
+    }
+    }
+    TOV_ASSERT(false, static_cast<int>(type) << unknownTypeMessage);
+    return 0;
+}
+
+unsigned int DynamicObject::getChild(const char* key, unsigned int index) const
+{
+    return getChild(key, lengthOf(key), index);
+}
+
+unsigned int DynamicObject::getChild(const char* key, unsigned int length, unsigned int index) const
+{
+    return getChild(getProperty(key, length), index);
+}
+
+unsigned int DynamicObject::getChild(unsigned int parent, const char* name) const
+{
+    return getChild(parent, name, lengthOf(name));
+}
+
+unsigned int DynamicObject::getChild(unsigned int parent, const char* name, unsigned int nameLength) const
+{
+    TOV_ASSERT(name != nullptr, nullKeyMessage);
+    if (name == nullptr || nameLength == 0) {
+        return 0;
+    }
+    const unsigned int start = parent == root ? root : getSeparator(parent);
+    if (start == 0) {
+        return 0;
+    }
+    unsigned int child;
+    unsigned int childValue;
+    findValueNode(start, name, nameLength, child, childValue);
+    return child;
+}
+
+unsigned int DynamicObject::getChild(const char* parentKey, const char* name) const
+{
+    return getChild(getPropertyAsserts(parentKey, lengthOf(parentKey)), name);
+}
+
+unsigned int DynamicObject::getChild(const char* parentKey, unsigned int parentLength, const char* name,
+                                     unsigned int nameLength) const
+{
+    return getChild(getPropertyAsserts(parentKey, parentLength), name, nameLength);
+}
+
+bool DynamicObject::hasChild(unsigned int parent, const char* name) const
+{
+    return getChild(parent, name) != 0;
+}
+
+bool DynamicObject::hasChild(unsigned int parent, const char* name, unsigned int nameLength) const
+{
+    return getChild(parent, name, nameLength) != 0;
+}
+
+bool DynamicObject::hasChild(const char* parentKey, const char* name) const
+{
+    return getChild(getProperty(parentKey, lengthOf(parentKey)), name) != 0;
+}
+
+bool DynamicObject::hasChild(const char* parentKey, unsigned int parentLength, const char* name,
+                             unsigned int nameLength) const
+{
+    return getChild(getProperty(parentKey, parentLength), name, nameLength) != 0;
+}
+
+unsigned int DynamicObject::addChild(unsigned int parent, const char* name)
+{
+    return addChild(parent, name, lengthOf(name));
+}
+
+unsigned int DynamicObject::addChild(unsigned int parent, const char* name, unsigned int nameLength)
+{
+    TOV_ASSERT(name != nullptr, nullKeyMessage);
+    if (name == nullptr) {
+        return 0;
+    }
+    const bool isObject = isTypeCompatible(parent, type::object);
+    TOV_ASSERT(isObject, "The given property is not an object.");
+    const bool validKey = checkKey(name, nameLength);
+    TOV_ASSERT(validKey, "The given child key, " << String(name, nameLength) << " is invalid.");
+    // Should the assertion function return, nothing is added: a refused name would be taken as a path,
+    // and a child below a value would corrupt its count.
+    if (!isObject || !validKey) {
+        return 0;
+    }
+    return doAddChild(parent, name, nameLength);
+}
+
+unsigned int DynamicObject::addChild(const char* parentKey, const char* name)
+{
+    return addChild(getPropertyAsserts(parentKey, lengthOf(parentKey)), name);
+}
+
+unsigned int DynamicObject::addChild(const char* parentKey, unsigned int parentLength, const char* name,
+                                     unsigned int nameLength)
+{
+    return addChild(getPropertyAsserts(parentKey, parentLength), name, nameLength);
+}
+
+bool DynamicObject::eraseChild(unsigned int parent, const char* name)
+{
+    return eraseChild(parent, name, lengthOf(name));
+}
+
+bool DynamicObject::eraseChild(unsigned int parent, const char* name, unsigned int nameLength)
+{
+    TOV_ASSERT(name != nullptr, nullKeyMessage);
+    // An empty name below the root is the root itself, whose value node must never go: every later write
+    // would then fail.
+    if (name == nullptr || (nameLength == 0 && parent == root)) {
+        return false;
+    }
+    const ChildKey completeChildKey(name, nameLength, parent != root);
+    unsigned int child;
+    unsigned int childValue;
+    if (findValueNode(parent, completeChildKey.data(), completeChildKey.length(), child, childValue) == nullptr) {
+        return false;
+    }
+    resetProperty(child);
+    eraseProperty(parent, completeChildKey.data(), completeChildKey.length());
+    DynamicObjectNode* parentValue = findValueNode(parent);
+    TOV_ASSERT(parentValue != nullptr, invalidPropertyMessage);
+    if (parentValue != nullptr) {
+        parentValue->leaf.value.bits -= 1;
+        if (parentValue->leaf.value.bits == 0) {
+            parentValue->leaf.type = type::null;
+        }
+    }
+    return true;
+}
+
+bool DynamicObject::eraseChild(const char* parentKey, const char* name)
+{
+    return eraseChild(getPropertyAsserts(parentKey, lengthOf(parentKey)), name);
+}
+
+bool DynamicObject::eraseChild(const char* parentKey, unsigned int parentLength, const char* name,
+                               unsigned int nameLength)
+{
+    return eraseChild(getPropertyAsserts(parentKey, parentLength), name, nameLength);
+}
+
+bool DynamicObject::eraseChild(unsigned int parent, unsigned int index)
+{
+    DynamicObjectNode* value = findValueNode(parent);
+    TOV_ASSERT(value != nullptr, invalidPropertyMessage);
+    if (value == nullptr) {
+        return false;
+    }
+    const unsigned int type = value->leaf.type;
+    if (type > type::object) {
+        TOV_ASSERT(false, type << unknownTypeMessage);
+        return false;
+    }
+    if (type != type::null && type != type::array) {
+        TOV_ASSERT(false, "Not an array.");
+        return false;
+    }
+    const unsigned int count = static_cast<unsigned int>(value->leaf.value.bits);
+    if (count <= index) {
+        return true;
+    }
+    // Elements move down by swapping the contents of their split nodes: each position keeps its split
+    // node, and so its handle, while the value and subtree of the next element move in. The content of
+    // the erased element travels to the last position, from where it is removed.
+    char key[arrayKeyCapacity];
+    DynamicObjectNode* previous = nullptr;
+    for (unsigned int i = index; i < count; ++i) {
+        const unsigned int keyLength = formatArrayKey(key, i);
+        unsigned int element;
+        DynamicObjectNode* node = findNode(parent, key, keyLength, true, element);
+        TOV_ASSERT(node != nullptr && node->trie.splitChar == 0 && node->trie.less == 0,
+                   "Invalid state, " << element << " is not a valid property node.");
+        // An element missing from a count out of step (after a path erased through the parent's name)
+        // has nothing to swap with; stopping here keeps the elements that are there.
+        if (node == nullptr) {
+            return false;
+        }
+        if (node->trie.greater != 0) {
+            const DynamicObjectNode* separator = getNode(node->trie.greater);
+            TOV_ASSERT(separator != nullptr && (separator->trie.splitChar == '.' || separator->trie.splitChar == '['),
+                       "Invalid state, the greater node of " << element << " is not a valid property separator.");
+        }
+        if (previous != nullptr) {
+            std::swap(*previous, *node);
+        }
+        previous = node;
+    }
+    value->leaf.value.bits -= 1;
+    const unsigned int keyLength = formatArrayKey(key, count - 1);
+    unsigned int last;
+    findNode(parent, key, keyLength, true, last);
+    resetProperty(last);
+    return eraseProperty(parent, key, keyLength);
+}
+
+bool DynamicObject::eraseChild(const char* parentKey, unsigned int index)
+{
+    return eraseChild(parentKey, lengthOf(parentKey), index);
+}
+
+bool DynamicObject::eraseChild(const char* parentKey, unsigned int parentLength, unsigned int index)
+{
+    return eraseChild(getPropertyAsserts(parentKey, parentLength), index);
+}
+
+unsigned int DynamicObject::renameChild(unsigned int parent, const char* oldName, const char* newName)
+{
+    return renameChild(parent, oldName, lengthOf(oldName), newName, lengthOf(newName));
+}
+
+unsigned int DynamicObject::renameChild(unsigned int parent, const char* oldName, unsigned int oldLength,
+                                        const char* newName, unsigned int newLength)
+{
+    TOV_ASSERT(oldLength != 0, "No given name for the child to rename.");
+    const bool validKey = newName != nullptr && checkKey(newName, newLength);
+    TOV_ASSERT(validKey, "The given child key, '" << String(newName != nullptr ? newName : "", newName != nullptr ? newLength : 0) << "' is invalid.");
+    const unsigned int separator = parent == root ? root : getSeparator(parent);
+    TOV_ASSERT(separator != 0, "The given property is not an object having children.");
+    if (oldName == nullptr || oldLength == 0 || !validKey || separator == 0) {
+        return 0;
+    }
+    unsigned int oldChild;
+    unsigned int oldChildValue;
+    findValueNode(separator, oldName, oldLength, oldChild, oldChildValue);
+    TOV_ASSERT(oldChild != 0, "The given property has no child named '" << String(oldName, oldLength) << "'.");
+    if (oldChild == 0) {
+        return 0;
+    }
+    unsigned int newChild;
+    unsigned int newChildValue;
+    findValueNode(separator, newName, newLength, newChild, newChildValue);
+    if (newChild == oldChild) {
+        return newChild;
+    }
+    TOV_ASSERT(newChild == 0, "The given property already has a child named '" << String(newName, newLength) << "'");
+    if (newChild != 0) {
+        return 0;
+    }
+    bool newChildInserted = false;
+    DynamicObjectNode* newValue =
+        addProperty(separator, newName, newLength, newChildInserted, newChild, newChildValue);
+    TOV_ASSERT(newChildInserted, "Can't add to the given property a child named " << String(newName, newLength));
+    const DynamicObjectNode* oldValue = getNode(oldChildValue);
+    *newValue = *oldValue;
+
+    const char separatorChar =
+        oldValue->leaf.type == type::array ? '[' : (oldValue->leaf.type == type::object ? '.' : '\0');
+    if (separatorChar != '\0') {
+        // The children hang below the separator character on the `greater` side of the old split node.
+        unsigned int* link = nullptr;
+        unsigned int handle = oldChild;
+        while (handle != 0) {
+            DynamicObjectNode* node = getNode(handle);
+            TOV_ASSERT(!node->trie.isValue, "unclean state during trie search - detected leaf node");
+            if (node->trie.isValue) {
+                break;
+            }
+            if (node->trie.splitChar == separatorChar) {
+                link = &node->trie.equal;
+                break;
+            }
+            handle = separatorChar < node->trie.splitChar ? node->trie.less : node->trie.greater;
+        }
+        const unsigned int subtree = link != nullptr ? *link : 0;
+        TOV_ASSERT((subtree != 0) == (oldValue->leaf.value.bits != 0), "Children links and count do not match");
+        if (subtree != 0) {
+            // The new split node may be one left behind by an erased property, whose `greater` link still
+            // carries siblings that extend its name: the separator goes into that tree at its place, or
+            // takes over a dead separator of the same character there, instead of replacing the link.
+            unsigned int* slot = &getNode(newChild)->trie.greater;
+            while (*slot != 0) {
+                DynamicObjectNode* node = getNode(*slot);
+                if (node->trie.splitChar == separatorChar) {
+                    break;
+                }
+                slot = separatorChar < node->trie.splitChar ? &node->trie.less : &node->trie.greater;
+            }
+            DynamicObjectNode* newChildChilrenSeparator =
+                *slot != 0 ? getNode(*slot) : allocateNode(separatorChar, *slot);
+            newChildChilrenSeparator->trie.equal = subtree;
+            *link = 0;
+        }
+    }
+
+    unsigned int separatorLink = separator;
+    bool matchErased = false;
+    eraseProperty(&separatorLink, oldName, oldLength, matchErased);
+    TOV_ASSERT(matchErased, "Can't remove from the given property its child named " << String(oldName, oldLength));
+    return newChild;
+}
+
+void DynamicObject::resetProperty(unsigned int property)
+{
+    if (property == 0) {
+        return;
+    }
+    DynamicObjectNode* value = findValueNode(property);
+    TOV_ASSERT(value != nullptr, invalidPropertyMessage);
+    if (value == nullptr) {
+        return;
+    }
+    const unsigned int type = value->leaf.type;
+    if (type == type::array) {
+        resize(property, 0);
+    } else if (type == type::object) {
+        // Children are erased one at a time by the names a fresh walk gives, as the walk cannot go on
+        // over a changed trie. A walk also yields the tails of siblings whose names extend this one by a
+        // character below "." (their nodes lie on the same links): no child answers to those, so they
+        // are passed over, and a walk that erases nothing ends the loop instead of repeating forever.
+        while (findValueNode(property)->leaf.value.bits > 0) {
+            bool erased = false;
+            for (DynamicObjectIterator walk(*this, property, 1); !walk.end(); walk.next()) {
+                if (walk.getKeyLength() != 0 && eraseChild(property, walk.getKey(), walk.getKeyLength())) {
+                    erased = true;
+                    break;
+                }
+            }
+            if (!erased) {
+                break;
+            }
+        }
+    } else if (type > type::object) {
+        TOV_ASSERT(false, "is an unknown tov::utils::type.");
+    }
+    value = findValueNode(property);
+    value->leaf.value.bits = 0;
+    value->leaf.type = type::null;
+}
+
+void DynamicObject::resetProperty(const char* key)
+{
+    resetProperty(getProperty(key, lengthOf(key)));
+}
+
+void DynamicObject::resetProperty(const char* key, unsigned int length)
+{
+    resetProperty(getProperty(key, length));
+}
+
+} // namespace utils
+} // namespace tov
