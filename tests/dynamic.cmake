@@ -1,3 +1,6 @@
 tov_add_test_suite(tov_dynamic_tests
   utils/DynamicObjectTest.cpp
+  utils/DynamicObjectPropertiesTest.cpp
+  utils/DynamicObjectIteratorTest.cpp
+  utils/DynamicValueTest.cpp
   utils/DynamicObjectBuilderTest.cpp)

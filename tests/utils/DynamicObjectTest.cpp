@@ -87,6 +87,26 @@ TEST_F(DynamicObjectTrieTest, FreedNodesInsideAreReusedLastFreedFirst)
     EXPECT_EQ(6u, nodes.at(8).greater);
 }
 
+TEST_F(DynamicObjectTrieTest, BooleansAreStoredInverted)
+{
+    StringTable table(100);
+    DynamicObject::NodeAllocator nodes(16);
+    {
+        DynamicObject object(nodes, table);
+        object.setBool("t", true);    // 4 t, 5 split, 6 value
+        object.setBool("f", false);   // 7 f, 8 split, 9 value
+        EXPECT_TRUE(object.getBool("t"));
+        EXPECT_FALSE(object.getBool("f"));
+    }
+    // The block comes back from the allocator as the object left it.
+    details::DynamicObjectNode* block = nodes.allocate();
+    EXPECT_EQ(1, block[5].leaf.isValue);
+    EXPECT_EQ(type::boolean, block[5].leaf.type);
+    EXPECT_EQ(0u, block[5].leaf.value.bits);
+    EXPECT_EQ(1u, block[8].leaf.value.bits);
+    nodes.free(block);
+}
+
 TEST_F(DynamicObjectTrieTest, CharactersFrom0x80SortBelowTheSplitNode)
 {
     DynamicObject object;
