@@ -51,26 +51,26 @@ void MT19937<Word>::Transition(word_type* state)
     state[N - 1] = state[M - 1] ^ Twist((state[N - 1] & UpperMask) | (state[0] & LowerMask));
 }
 
-// Word i of a round came from the top of old word i and the low bits of old word i+1 (y_i), XORed with
-// word i+M, which is new for i >= N-M and old below. Walking down from N-1 keeps everything below i new
-// and makes old word i+M whole (its top from y_{i+M}, its low bits from y_{i+M-1}) before it is needed.
+// Word i of a round came from y_i (the top of old word i and the low bits of old word i+1), twisted and
+// XORed with word i+M, which is new for i >= N-M and old below. Walking down from N-1, everything below i
+// is still new, and old word i+M has been written whole (from y_{i+M} and y_{i+M-1}) before it is read.
 template <class Word>
 void MT19937<Word>::InverseTransition(word_type* state)
 {
-    // y_{N-1} holds the low bits of the new word 0, which are already in place.
-    word_type y = Untwist(state[N - 1] ^ state[M - 1]);
-    state[N - 1] = (y & UpperMask) | (state[N - 1] & LowerMask);
+    // y_{N-1} also holds the low bits of the new word 0, which need no restoring.
+    word_type above = Untwist(state[N - 1] ^ state[M - 1]);
     for (unsigned int i = N - 1; i-- > N - M;) {
-        y = Untwist(state[i] ^ state[i + M - N]);
-        state[i + 1] = (state[i + 1] & UpperMask) | (y & LowerMask);
-        state[i] = (y & UpperMask) | (state[i] & LowerMask);
+        const word_type y = Untwist(state[i] ^ state[i + M - N]);
+        state[i + 1] = (above & UpperMask) | (y & LowerMask);
+        above = y;
     }
     for (unsigned int i = N - M; i-- > 0;) {
-        y = Untwist(state[i] ^ state[i + M]);
-        state[i + 1] = (state[i + 1] & UpperMask) | (y & LowerMask);
-        state[i] = (y & UpperMask) | (state[i] & LowerMask);
+        const word_type y = Untwist(state[i] ^ state[i + M]);
+        state[i + 1] = (above & UpperMask) | (y & LowerMask);
+        above = y;
     }
-    state[0] = (state[0] & UpperMask) | FreeBitsOfWordZero(state);
+    state[0] = above & UpperMask;
+    state[0] |= FreeBitsOfWordZero(state);
 }
 
 template <class Word>

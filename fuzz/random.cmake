@@ -1,0 +1,1 @@
+tov_add_fuzzer(fuzz_random_deserialize RandomDeserializeFuzzer.cpp)
