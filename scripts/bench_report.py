@@ -2,9 +2,10 @@
 """Runs every benchmark program given and prints one row per comparison.
 
 Benchmarks are named "<comparison>|<side>" (an argument suffix "/N" may follow). The side "tov" is this
-library; the other side is the peer. The ratio is the peer's cost divided by ours, so above 1 means this
-library is cheaper. The cost is the real time per iteration, or the counter "cost" when a benchmark sets
-one (bytes held, say). The "target" counter on our side is the lowest ratio the comparison must reach.
+library; every other side is a peer, and each peer makes a row. The ratio is the peer's cost divided by
+ours, so above 1 means this library is cheaper. The cost is the real time per iteration, or the counter
+"cost" when a benchmark sets one (bytes held, say). On our side, the counter "target:<peer>" (or
+"target" for every peer) is the lowest ratio the comparison must reach.
 """
 import argparse
 import datetime
@@ -42,14 +43,14 @@ def comparisons(benchmarks, program):
         if ours is None or not peers:
             rows.append((program, comparison, "?", "?", "?", "?", "?", "incomplete"))
             continue
-        peer = peers[0]
         our_cost, unit = cost_of(ours)
-        peer_cost, _ = cost_of(sides[peer])
-        ratio = peer_cost / our_cost if our_cost > 0 else float("inf")
-        target = ours.get("target")
-        verdict = "" if target is None else ("met" if ratio >= float(target) else "MISSED")
-        rows.append((program, comparison, f"{our_cost:.4g} {unit}", peer, f"{peer_cost:.4g} {unit}",
-                     f"{ratio:.2f}", "" if target is None else f">= {float(target):.2f}", verdict))
+        for peer in peers:
+            peer_cost, _ = cost_of(sides[peer])
+            ratio = peer_cost / our_cost if our_cost > 0 else float("inf")
+            target = ours.get(f"target:{peer}", ours.get("target"))
+            verdict = "" if target is None else ("met" if ratio >= float(target) else "MISSED")
+            rows.append((program, comparison, f"{our_cost:.4g} {unit}", peer, f"{peer_cost:.4g} {unit}",
+                         f"{ratio:.2f}", "" if target is None else f">= {float(target):.2f}", verdict))
     return rows
 
 

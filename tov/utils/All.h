@@ -5,8 +5,8 @@
 #include <tov/utils/AbstractDataInputOutput.h>
 #include <tov/utils/AbstractLogger.h>
 #include <tov/utils/AbstractObjectBuilder.h>
-#include <tov/utils/Assertion.h>
 #include <tov/utils/AssertingLogger.h>
+#include <tov/utils/Assertion.h>
 #include <tov/utils/BlockAllocator.h>
 #include <tov/utils/BufferLogger.h>
 #include <tov/utils/Condition.h>
@@ -15,6 +15,7 @@
 #include <tov/utils/DynamicObject.h>
 #include <tov/utils/DynamicObjectBuilder.h>
 #include <tov/utils/DynamicObjectIterator.h>
+#include <tov/utils/DynamicObjectSerialization.h>
 #include <tov/utils/DynamicType.h>
 #include <tov/utils/DynamicValue.h>
 #include <tov/utils/ErrorType.h>
@@ -22,6 +23,8 @@
 #include <tov/utils/FileInputOutput.h>
 #include <tov/utils/FileUtils.h>
 #include <tov/utils/HashTable.h>
+#include <tov/utils/JsonObjectBuilder.h>
+#include <tov/utils/JsonSerialization.h>
 #include <tov/utils/Logging.h>
 #include <tov/utils/Memory.h>
 #include <tov/utils/Mutex.h>

@@ -1,0 +1,5 @@
+tov_add_benchmark(bench_json JsonBench.cpp)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(BENCH_YAJL REQUIRED IMPORTED_TARGET yajl)
+target_link_libraries(bench_json PRIVATE PkgConfig::BENCH_YAJL)
+target_compile_definitions(bench_json PRIVATE TOV_SHARED_DATA_DIR="${PROJECT_SOURCE_DIR}/../shared/data")

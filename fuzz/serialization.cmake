@@ -1,0 +1,2 @@
+tov_add_fuzzer(fuzz_json_dynamic_object JsonDynamicObjectFuzzer.cpp)
+tov_add_fuzzer(fuzz_saved_dynamic_object SavedDynamicObjectFuzzer.cpp)

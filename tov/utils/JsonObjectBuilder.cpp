@@ -1,0 +1,255 @@
+#include <tov/utils/JsonObjectBuilder.h>
+
+#include <tov/utils/AbstractDataInputOutput.h>
+#include <tov/utils/Logging.h>
+#include <tov/utils/impl/YajlAllocation.h>
+
+#include <yajl/yajl_gen.h>
+
+namespace tov {
+namespace utils {
+
+// The state of one build: the generator exists from begin to end.
+struct JsonGeneration {
+    explicit JsonGeneration(AbstractDataInputOutput& stream) : stream(stream) {}
+
+    AbstractDataInputOutput& stream;
+    yajl_gen generator = nullptr;
+    AbstractLogger* logger = nullptr;
+    // yajl's depth is unsigned and underflows on a close without an open, after which it indexes its
+    // state array out of bounds; closes are therefore counted against opens here.
+    unsigned int openContainers = 0;
+};
+
+namespace {
+
+const char* const notBuildingText = "The Json building was already ended or has never begun.";
+
+// What the generator writes goes straight to the stream; a failing write is not noticed here.
+void printToStream(void* context, const char* text, size_t length)
+{
+    JsonGeneration& generation = *static_cast<JsonGeneration*>(context);
+    generation.stream.write(text, static_cast<unsigned int>(length), generation.logger);
+}
+
+const char* describeStatus(yajl_gen_status status)
+{
+    switch (status) {
+    case yajl_gen_keys_must_be_strings:
+        return "No current property";
+    case yajl_max_depth_exceeded:
+        return "Maximum generation depth exceeded";
+    case yajl_gen_in_error_state:
+        return "Tried to continue the build while in error";
+    case yajl_gen_generation_complete:
+        return "Unexpected YAJL returned status: yajl_gen_generation_complete";
+    case yajl_gen_invalid_number:
+        return "Unexpected YAJL returned status: yajl_gen_invalid_number";
+    case yajl_gen_no_buf:
+        return "Unexpected YAJL returned status: yajl_gen_no_buf";
+    case yajl_gen_invalid_string:
+        return "Unexpected YAJL returned status: yajl_gen_invalid_string";
+    default:
+        return "Unknown YAJL returned status.";
+    }
+}
+
+bool accept(yajl_gen_status status, AbstractLogger* logger)
+{
+    if (status == yajl_gen_status_ok) {
+        return true;
+    }
+    TOV_LOG_ERROR(logger, error::invalidOperation, describeStatus(status));
+    return false;
+}
+
+} // namespace
+
+JsonObjectBuilder::JsonObjectBuilder(AbstractDataInputOutput& stream, bool beautify)
+    : implementation(TOV_NEW JsonGeneration(stream)), rootBegun(false), beautify(beautify)
+{
+}
+
+JsonObjectBuilder::~JsonObjectBuilder()
+{
+    if (implementation->generator != nullptr) {
+        yajl_gen_free(implementation->generator);
+    }
+}
+
+void JsonObjectBuilder::setLogger(AbstractLogger* logger)
+{
+    AbstractObjectBuilder::setLogger(logger);
+    implementation->logger = logger;
+}
+
+bool JsonObjectBuilder::begin()
+{
+    if (implementation->generator != nullptr) {
+        TOV_LOG_ERROR(getLogger(), error::invalidOperation, "The Json building has already begun");
+        return false;
+    }
+    yajl_alloc_funcs allocation = impl::makeYajlAllocationFunctions();
+    implementation->generator = yajl_gen_alloc(&allocation);
+    if (implementation->generator == nullptr) {
+        TOV_LOG_ERROR(getLogger(), error::invalidOperation, "Unable to instanciate YAJL Json generator.");
+        return false;
+    }
+    yajl_gen_config(implementation->generator, yajl_gen_print_callback, &printToStream, implementation.get());
+    yajl_gen_config(implementation->generator, yajl_gen_beautify, beautify ? 1 : 0);
+    return true;
+}
+
+bool JsonObjectBuilder::end()
+{
+    if (implementation->generator == nullptr) {
+        TOV_LOG_ERROR(getLogger(), error::invalidOperation, notBuildingText);
+        return false;
+    }
+    yajl_gen_free(implementation->generator);
+    implementation->generator = nullptr;
+    implementation->openContainers = 0;
+    rootBegun = false;
+    return true;
+}
+
+bool JsonObjectBuilder::null()
+{
+    // A null document is written as an empty object, so that every document has a container root.
+    if (!rootBegun) {
+        return beginObject() && endObject();
+    }
+    return accept(yajl_gen_null(implementation->generator), getLogger());
+}
+
+bool JsonObjectBuilder::boolean(bool value)
+{
+    return checkRoot() && accept(yajl_gen_bool(implementation->generator, value ? 1 : 0), getLogger());
+}
+
+bool JsonObjectBuilder::integer(long long value)
+{
+    return checkRoot() && accept(yajl_gen_integer(implementation->generator, value), getLogger());
+}
+
+bool JsonObjectBuilder::real(double value)
+{
+    if (!checkRoot()) {
+        return false;
+    }
+    const yajl_gen_status status = yajl_gen_double(implementation->generator, value);
+    if (status == yajl_gen_invalid_number) {
+        TOV_LOG_ERROR(getLogger(), error::invalidArgument, "Invalid real value passed: " << value);
+        return false;
+    }
+    return accept(status, getLogger());
+}
+
+bool JsonObjectBuilder::string(const char* text, unsigned int length)
+{
+    if (!checkRoot()) {
+        return false;
+    }
+    const yajl_gen_status status =
+        yajl_gen_string(implementation->generator, reinterpret_cast<const unsigned char*>(text), length);
+    if (status == yajl_gen_invalid_string) {
+        TOV_LOG_ERROR(getLogger(), error::invalidOperation, "Invalid string value passed: " << String(text, length));
+        return false;
+    }
+    return accept(status, getLogger());
+}
+
+bool JsonObjectBuilder::beginObject()
+{
+    return openContainer(true);
+}
+
+bool JsonObjectBuilder::objectChild(const char* key, unsigned int length)
+{
+    if (!checkRoot()) {
+        return false;
+    }
+    const yajl_gen_status status =
+        yajl_gen_string(implementation->generator, reinterpret_cast<const unsigned char*>(key), length);
+    switch (status) {
+    case yajl_gen_keys_must_be_strings:
+        TOV_LOG_ERROR(getLogger(), error::invalidOperation,
+                      "Unexpected YAJL returned status: yajl_gen_keys_must_be_strings");
+        return false;
+    case yajl_gen_invalid_string:
+        TOV_LOG_ERROR(getLogger(), error::invalidOperation, "Invalid object child key passed: " << String(key, length));
+        return false;
+    default:
+        return accept(status, getLogger());
+    }
+}
+
+bool JsonObjectBuilder::endObject()
+{
+    return closeContainer(true);
+}
+
+bool JsonObjectBuilder::beginArray()
+{
+    return openContainer(false);
+}
+
+bool JsonObjectBuilder::arrayChild()
+{
+    return true;
+}
+
+bool JsonObjectBuilder::endArray()
+{
+    return closeContainer(false);
+}
+
+// Scalars need a container around them. A call outside begin and end has no generator to go to: it
+// is refused with the message of a build that is not running rather than handed to yajl as null.
+bool JsonObjectBuilder::checkRoot()
+{
+    if (implementation->generator == nullptr) {
+        TOV_LOG_ERROR(getLogger(), error::invalidOperation, notBuildingText);
+        return false;
+    }
+    if (!rootBegun) {
+        TOV_LOG_ERROR(getLogger(), error::invalidOperation, "Expected object or array");
+        return false;
+    }
+    return true;
+}
+
+bool JsonObjectBuilder::openContainer(bool object)
+{
+    if (implementation->generator == nullptr) {
+        TOV_LOG_ERROR(getLogger(), error::invalidOperation, notBuildingText);
+        return false;
+    }
+    yajl_gen generator = implementation->generator;
+    if (!accept(object ? yajl_gen_map_open(generator) : yajl_gen_array_open(generator), getLogger())) {
+        return false;
+    }
+    ++implementation->openContainers;
+    rootBegun = true;
+    return true;
+}
+
+bool JsonObjectBuilder::closeContainer(bool object)
+{
+    if (implementation->generator == nullptr) {
+        TOV_LOG_ERROR(getLogger(), error::invalidOperation, notBuildingText);
+        return false;
+    }
+    if (implementation->openContainers == 0) {
+        return accept(yajl_gen_generation_complete, getLogger());
+    }
+    yajl_gen generator = implementation->generator;
+    if (!accept(object ? yajl_gen_map_close(generator) : yajl_gen_array_close(generator), getLogger())) {
+        return false;
+    }
+    --implementation->openContainers;
+    return true;
+}
+
+} // namespace utils
+} // namespace tov

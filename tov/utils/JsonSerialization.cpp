@@ -1,0 +1,237 @@
+#include <tov/utils/JsonSerialization.h>
+
+#include <tov/utils/AbstractDataInputOutput.h>
+#include <tov/utils/Containers.h>
+#include <tov/utils/DynamicObject.h>
+#include <tov/utils/DynamicObjectBuilder.h>
+#include <tov/utils/DynamicObjectIterator.h>
+#include <tov/utils/JsonObjectBuilder.h>
+#include <tov/utils/Logging.h>
+#include <tov/utils/impl/YajlAllocation.h>
+
+#include <yajl/yajl_parse.h>
+
+#include <cstring>
+
+namespace tov {
+namespace utils {
+
+namespace {
+
+// Deeper documents are refused while they are read: the generator writes no more than this many
+// levels, and a walk over a deeper tree would only risk the stack of the thread that makes it.
+const unsigned int maximumJsonDepth = 128;
+
+bool serializeProperty(const DynamicObject& object, unsigned int property, AbstractObjectBuilder& builder);
+
+bool serializeArray(const DynamicObject& object, unsigned int property, AbstractObjectBuilder& builder)
+{
+    if (!builder.beginArray()) {
+        return false;
+    }
+    const unsigned int count = object.countChildren(property);
+    for (unsigned int index = 0; index < count; ++index) {
+        if (!builder.arrayChild() || !serializeProperty(object, object.getChild(property, index), builder)) {
+            return false;
+        }
+    }
+    return builder.endArray();
+}
+
+// Members come in the order of an iterator that stops at the direct children.
+bool serializeObject(const DynamicObject& object, unsigned int property, AbstractObjectBuilder& builder)
+{
+    if (!builder.beginObject()) {
+        return false;
+    }
+    DynamicObjectIterator member(object, property, 0);
+    for (member.next(); !member.end(); member.next()) {
+        if (!builder.objectChild(member.getKey(), member.getKeyLength()) ||
+            !serializeProperty(object, member.getProperty(), builder)) {
+            return false;
+        }
+    }
+    return builder.endObject();
+}
+
+bool serializeProperty(const DynamicObject& object, unsigned int property, AbstractObjectBuilder& builder)
+{
+    const type::Type kind = object.getType(property);
+    switch (kind) {
+    case type::null:
+        return builder.null();
+    case type::integer:
+        return builder.integer(object.getInt(property));
+    case type::real:
+        return builder.real(object.getReal(property));
+    case type::boolean:
+        return builder.boolean(object.getBool(property));
+    case type::string: {
+        const char* text = object.getString(property);
+        return builder.string(text, static_cast<unsigned int>(std::strlen(text)));
+    }
+    case type::array:
+        return serializeArray(object, property, builder);
+    case type::object:
+        return serializeObject(object, property, builder);
+    }
+    TOV_LOG_ERROR(builder.getLogger(), error::invalidData,
+                  "Error while serializing dynamic object - unexpected property type " << static_cast<int>(kind));
+    return false;
+}
+
+// What the parser's callbacks work on: the builder, and for each open container whether it is an
+// array, so that a value inside an array is announced by arrayChild first.
+struct ParseContext {
+    explicit ParseContext(AbstractObjectBuilder& builder) : builder(builder) { isArray.push_back(false); }
+
+    AbstractObjectBuilder& builder;
+    Vector<bool> isArray;
+};
+
+ParseContext& contextOf(void* context)
+{
+    return *static_cast<ParseContext*>(context);
+}
+
+int announceValue(ParseContext& context)
+{
+    return !context.isArray.back() || context.builder.arrayChild() ? 1 : 0;
+}
+
+int openContainer(ParseContext& context, bool array)
+{
+    if (context.isArray.size() > maximumJsonDepth) {
+        TOV_LOG_ERROR(context.builder.getLogger(), error::invalidData,
+                      "The JSON document is nested deeper than " << maximumJsonDepth << " levels.");
+        return 0;
+    }
+    if (!announceValue(context) || !(array ? context.builder.beginArray() : context.builder.beginObject())) {
+        return 0;
+    }
+    context.isArray.push_back(array);
+    return 1;
+}
+
+int closeContainer(ParseContext& context, bool array)
+{
+    if (!(array ? context.builder.endArray() : context.builder.endObject())) {
+        return 0;
+    }
+    context.isArray.pop_back();
+    return 1;
+}
+
+int onNull(void* context)
+{
+    ParseContext& parse = contextOf(context);
+    return announceValue(parse) && parse.builder.null() ? 1 : 0;
+}
+
+int onBoolean(void* context, int value)
+{
+    ParseContext& parse = contextOf(context);
+    return announceValue(parse) && parse.builder.boolean(value != 0) ? 1 : 0;
+}
+
+int onInteger(void* context, long long value)
+{
+    ParseContext& parse = contextOf(context);
+    return announceValue(parse) && parse.builder.integer(value) ? 1 : 0;
+}
+
+int onDouble(void* context, double value)
+{
+    ParseContext& parse = contextOf(context);
+    return announceValue(parse) && parse.builder.real(value) ? 1 : 0;
+}
+
+int onString(void* context, const unsigned char* text, size_t length)
+{
+    ParseContext& parse = contextOf(context);
+    return announceValue(parse) &&
+                   parse.builder.string(reinterpret_cast<const char*>(text), static_cast<unsigned int>(length))
+               ? 1
+               : 0;
+}
+
+int onStartMap(void* context)
+{
+    return openContainer(contextOf(context), false);
+}
+
+int onMapKey(void* context, const unsigned char* key, size_t length)
+{
+    return contextOf(context).builder.objectChild(reinterpret_cast<const char*>(key),
+                                                  static_cast<unsigned int>(length))
+               ? 1
+               : 0;
+}
+
+int onEndMap(void* context)
+{
+    return closeContainer(contextOf(context), false);
+}
+
+int onStartArray(void* context)
+{
+    return openContainer(contextOf(context), true);
+}
+
+int onEndArray(void* context)
+{
+    return closeContainer(contextOf(context), true);
+}
+
+} // namespace
+
+bool serializeDynamicObject(const DynamicObject& object, AbstractObjectBuilder& builder)
+{
+    return builder.begin() && serializeProperty(object, object.getRoot(), builder) && builder.end();
+}
+
+bool serializeDynamicObjectToJson(const DynamicObject& object, AbstractDataInputOutput& stream,
+                                  AbstractLogger* logger)
+{
+    JsonObjectBuilder builder(stream, false);
+    builder.setLogger(logger);
+    return serializeDynamicObject(object, builder);
+}
+
+bool deserializeJson(AbstractObjectBuilder& builder, AbstractDataInputOutput& stream)
+{
+    yajl_alloc_funcs allocationFunctions = impl::makeYajlAllocationFunctions();
+    // Numbers arrive as integers or doubles: there is no raw number callback.
+    const yajl_callbacks callbacks = {&onNull,     &onBoolean, &onInteger,   &onDouble,     nullptr,  &onString,
+                                      &onStartMap, &onMapKey,  &onEndMap,    &onStartArray, &onEndArray};
+    ParseContext context(builder);
+    yajl_handle parser = yajl_alloc(&callbacks, &allocationFunctions, &context);
+
+    // Each piece goes to the parser at the buffer's full size, whatever the read returned: the bytes
+    // behind a short last piece are left from the piece before and only follow the complete value.
+    // The buffer starts zeroed so that those bytes are at least never indeterminate. The statuses
+    // are not looked at: a failure shows as the builder's messages.
+    // The loop also ends on a read that succeeds with nothing: a file stream keeps succeeding at its
+    // end, and would otherwise keep the loop going for ever.
+    unsigned char buffer[256] = {};
+    for (;;) {
+        unsigned int readSize = sizeof buffer;
+        if (!stream.read(reinterpret_cast<char*>(buffer), readSize, builder.getLogger()) || readSize == 0) {
+            break;
+        }
+        yajl_parse(parser, buffer, sizeof buffer);
+    }
+    yajl_complete_parse(parser);
+    yajl_free(parser);
+    return true;
+}
+
+bool deserializeDynamicObjectFromJson(DynamicObject& object, AbstractDataInputOutput& stream, AbstractLogger* logger)
+{
+    DynamicObjectBuilder builder(object, object.getRoot());
+    builder.setLogger(logger);
+    return deserializeJson(builder, stream);
+}
+
+} // namespace utils
+} // namespace tov
