@@ -1,5 +1,8 @@
 #include <tov/allocator/Allocator.h>
+#include <tov/utils/AbstractObjectBuilder.h>
 #include <tov/utils/BufferLogger.h>
+#include <tov/utils/DynamicObject.h>
+#include <tov/utils/DynamicObjectBuilder.h>
 #include <tov/utils/Memory.h>
 #include <tov/utils/Uri.h>
 
@@ -36,6 +39,56 @@ std::string segmentsOf(const Uri& uri)
     }
     return joined;
 }
+
+// Writes what it is sent as a JSON-like text, framed by '<' and '>' for begin and end; a real always has
+// a point, so that it differs from an integer.
+class QueryRecorder : public AbstractObjectBuilder {
+public:
+    using AbstractObjectBuilder::objectChild;
+    using AbstractObjectBuilder::string;
+
+    bool begin() override { return add("<"); }
+    bool end() override { return add(">"); }
+    bool beginObject() override
+    {
+        first = true;
+        return add("{");
+    }
+    bool endObject() override { return add("}") && endObjectResult; }
+    // Refuses a key with a dot, as a DynamicObjectBuilder does.
+    bool objectChild(const char* key, unsigned int length) override
+    {
+        const std::string name(key, length);
+        if (name.find('.') != std::string::npos) {
+            return false;
+        }
+        add((first ? "\"" : ",\"") + name + "\":");
+        first = false;
+        return true;
+    }
+    bool boolean(bool value) override { return add(value ? "true" : "false"); }
+    bool integer(long long value) override { return add(std::to_string(value)); }
+    bool real(double value) override
+    {
+        std::ostringstream stream;
+        stream << value;
+        const std::string text = stream.str();
+        return add(text.find_first_of(".e") == std::string::npos ? text + ".0" : text);
+    }
+    bool string(const char* text, unsigned int length) override { return add("\"" + std::string(text, length) + "\""); }
+
+    std::string written;
+    bool endObjectResult = true;
+
+private:
+    bool add(const std::string& text)
+    {
+        written += text;
+        return true;
+    }
+
+    bool first = true;
+};
 
 // Fills every part, so that a setter must move what lies behind its own part.
 Uri fullUri()
@@ -433,4 +486,65 @@ TEST(UriFirstPathSegment, ReadsNothingPastTheSize)
     EXPECT_FALSE(Uri::retrieveFirstPathSegment("\0", 1, offset, length));
     EXPECT_TRUE(Uri::retrieveFirstPathSegment("/", 0, offset, length));
     EXPECT_EQ(0u, offset);
+}
+
+TEST(UriQuery, WritesEachPairAsAChildOfOneObject)
+{
+    const std::string longReal = "0." + std::string(76, '0') + "5";
+    struct Case {
+        std::string query;
+        bool parsed;
+        const char* written;
+    };
+    const Case cases[] = {
+        {"a=1&b=2.5&c=x&d", true, "<{\"a\":1,\"b\":2.5,\"c\":\"x\",\"d\":true}>"},
+        {"=1", true, "<{}>"},
+        {"a=1&", true, "<{\"a\":1}>"},
+        {"", true, "<{}>"},
+        {"a b", false, "<{\"a\":true}>"},
+        {"a=&&b=c=d", true, "<{\"a\":true,\"b\":\"c=d\"}>"},
+        {"n=-7&p=+3&e=1e3&h=0x10&i=inf", true, "<{\"n\":-7,\"p\":3,\"e\":1000.0,\"h\":16.0,\"i\":inf.0}>"},
+        {"s=12abc&t=%20x&k?/=/?", true, "<{\"s\":\"12abc\",\"t\":\"%20x\",\"k?/\":\"/?\"}>"},
+        {"big=99999999999999999999", true, "<{\"big\":9223372036854775807}>"},   // strtol saturates
+        {"x=" + longReal, true, "<{\"x\":5e-77}>"},
+        {"a.b=1&c=2&d.e", true, "<{\"c\":2}>"},   // no value behind a refused key, and the query goes on
+        {"a=%zz", false, "<{\"a\":true}>"},
+        {"a#", false, "<{\"a\":true}>"},
+    };
+    for (const Case& c : cases) {
+        QueryRecorder builder;
+        EXPECT_EQ(c.parsed, Uri::parseQuery(c.query.data(), static_cast<unsigned int>(c.query.size()), builder))
+            << c.query;
+        EXPECT_EQ(c.written, builder.written) << c.query;
+    }
+    QueryRecorder bounded;
+    EXPECT_TRUE(Uri::parseQuery("a=12", 3, bounded));
+    EXPECT_EQ("<{\"a\":1}>", bounded.written);
+}
+
+TEST(UriQuery, ABuilderThatRefusesToBeginOrEndFailsTheQuery)
+{
+    struct Refusing : QueryRecorder {
+        bool begin() override { return false; }
+    } notBegun;
+    EXPECT_FALSE(Uri::parseQuery("a", 1, notBegun));
+    EXPECT_EQ("", notBegun.written);
+    QueryRecorder notEnded;
+    notEnded.endObjectResult = false;
+    EXPECT_FALSE(Uri::parseQuery("a", 1, notEnded));
+    EXPECT_EQ("<{\"a\":true}>", notEnded.written);
+}
+
+TEST(UriQuery, FillsADynamicObject)
+{
+    const char query[] = "step=3&a.b=1&speed=2.5&name=forager&paused";
+    DynamicObject object;
+    DynamicObjectBuilder builder(object);
+    // The builder refuses a key with a path character: that pair is left out, the others are written.
+    EXPECT_TRUE(Uri::parseQuery(query, sizeof query - 1, builder));
+    EXPECT_EQ(4u, object.countChildren(object.getRoot()));
+    EXPECT_EQ(3, object.getInt("step"));
+    EXPECT_EQ(2.5, object.getReal("speed"));
+    EXPECT_STREQ("forager", object.getString("name"));
+    EXPECT_TRUE(object.getBool("paused"));
 }

@@ -13,6 +13,7 @@ namespace tov {
 namespace utils {
 
 class AbstractLogger;
+class AbstractObjectBuilder;
 
 class TOV_UTILS_API Uri {
 public:
@@ -92,6 +93,11 @@ public:
     // `offset` and `length` alone. Only the text up to the end of that segment is read.
     static bool retrieveFirstPathSegment(const char* path, unsigned int size, unsigned int& offset,
                                          unsigned int& length);
+    // Writes a query ("a=1&b=x&c", no leading '?') as one object: a key without value or with an empty
+    // one is true, a value that reads whole as an integer or a real is that number, any other a string,
+    // escapes as they stand; pairs with an empty key are left out. False when the text does not parse
+    // to its end (what was read is written all the same) or the builder refuses to begin or end.
+    static bool parseQuery(const char* query, unsigned int size, AbstractObjectBuilder& builder);
 
 private:
     class PathPieces;
