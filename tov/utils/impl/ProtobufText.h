@@ -2,6 +2,9 @@
 // Protobuf's text format over the library's strings: printing appends to a String through a copying
 // stream, parsing reads the caller's buffer in place, and parse errors stay off the console (the caller
 // reports them through its logger).
+// Debian's protobuf (3.21) keeps the texts of its messages in std::string and cannot be given another
+// string type, so the library's String meets it here, at the boundary: saved texts go in and out through
+// streams over the library's buffers, and only protobuf's own diagnostics (DebugString) are std::string.
 //   String text;   printProtobufText(message, text);
 //   parseProtobufText(text.data(), text.size(), copy);
 

@@ -80,6 +80,7 @@ struct MixerConstants<Random_u64> {
     static constexpr std::uint64_t fill = 6364136223846793005ull;
     static constexpr std::uint64_t first = 3935559000370003845ull;
     static constexpr std::uint64_t second = 2862933555777941757ull;
+    // The top bit, as 0x80000000 is of a 32-bit word: what the published 64-bit seeding sets.
     static constexpr std::uint64_t top = 0x8000000000000000ull;
 };
 
