@@ -73,7 +73,8 @@ unsigned int UriGrammarParser::readSegment()
         position += length;
     }
     const unsigned int length = position - begin;
-    if (length > 0 && callbacks.onSegment != nullptr && !callbacks.onSegment(callbacks.userData, text + begin, length)) {
+    if (length > 0 && callbacks.onSegment != nullptr &&
+        !callbacks.onSegment(callbacks.userData, text + begin, length)) {
         stoppedByCallback = true;
     }
     return length;
