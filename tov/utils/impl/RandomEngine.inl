@@ -343,6 +343,8 @@ void RandomEngine<Algorithm, Mixer>::Load(std::istream& in, bool binary)
     rounds = roundsRead;
 }
 
+// Folds every word that Save writes, the version, algorithm and mixer words included, as Save's writer
+// does, so that the checksum covers the whole save.
 template <class Algorithm, class Mixer>
 std::uint32_t RandomEngine<Algorithm, Mixer>::Check(std::uint64_t version, std::uint32_t algorithm, std::uint32_t mixer,
                                                     const RandomSeedVector& seedRead, std::uint32_t positionRead,
