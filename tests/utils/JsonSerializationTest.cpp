@@ -93,6 +93,13 @@ TEST(JsonRoundTrip, NestedValuesArriveWhereTheyBelong)
     EXPECT_EQ(type::null, object.getType("[2].a"));
 }
 
+TEST(JsonRoundTrip, ANameThatExtendsASiblingObjectsNameShowsInsideIt)
+{
+    // "a-c" extends "a" by a character below ".", so the walk of "a", bounded by trie links, meets it
+    // as "-c"; and the root's walk reaches "a.x" by the path that does not count levels. Kept as it is.
+    EXPECT_EQ(R"({"a":{"-c":2,"x":1},"a-c":2,"a.x":1})", reparse(R"({"a":{"x":1},"a-c":2})"));
+}
+
 TEST(JsonParsing, AKeyTheObjectRefusesCancelsTheParseButNotTheResult)
 {
     DynamicObject object;
