@@ -29,11 +29,14 @@
 #include <tov/utils/Memory.h>
 #include <tov/utils/Mutex.h>
 #include <tov/utils/OstreamLogger.h>
+#include <tov/utils/Property.h>
+#include <tov/utils/Quaternion.h>
 #include <tov/utils/Random.h>
 #include <tov/utils/RandomManager.h>
 #include <tov/utils/RandomManagerSerialization.h>
 #include <tov/utils/ScopedMutex.h>
 #include <tov/utils/ScopedPtr.h>
+#include <tov/utils/StaticObject.h>
 #include <tov/utils/String.h>
 #include <tov/utils/StringPool.h>
 #include <tov/utils/StringTable.h>
@@ -41,5 +44,8 @@
 #include <tov/utils/Thread.h>
 #include <tov/utils/Time.h>
 #include <tov/utils/Timer.h>
+#include <tov/utils/TypeManager.h>
 #include <tov/utils/Uri.h>
 #include <tov/utils/Uuid.h>
+#include <tov/utils/Vector2.h>
+#include <tov/utils/Vector3.h>

@@ -5,6 +5,7 @@
 #include <tov/utils/RandomManager.h>
 #include <tov/utils/Singleton.h>
 #include <tov/utils/StringTable.h>
+#include <tov/utils/TypeManager.h>
 
 #include <iostream>
 
@@ -18,6 +19,7 @@ struct FacilitiesData {
     unsigned int initializedMark = 0;
     AbstractLogger* logger = nullptr;
     OstreamLogger defaultLogger;
+    TypeManager typeManager;
     StringTable stringTable;
     RandomManager randomManager;
 };
@@ -73,6 +75,16 @@ void Facilities::setLogger(AbstractLogger& logger)
 void Facilities::clearLogger()
 {
     data->logger = &data->defaultLogger;
+}
+
+TypeManager& Facilities::getTypeManager()
+{
+    return data->typeManager;
+}
+
+const TypeManager& Facilities::getTypeManager() const
+{
+    return data->typeManager;
 }
 
 StringTable& Facilities::getStringTable()

@@ -12,6 +12,7 @@ namespace utils {
 class AbstractLogger;
 class RandomManager;
 class StringTable;
+class TypeManager;
 struct FacilitiesData;
 
 class TOV_UTILS_API Facilities {
@@ -34,6 +35,9 @@ public:
     void setLogger(AbstractLogger& logger);
     // Back to the default logger: errors to standard error, the other levels to standard output.
     void clearLogger();
+
+    TypeManager& getTypeManager();
+    const TypeManager& getTypeManager() const;
 
     StringTable& getStringTable();
     const StringTable& getStringTable() const;

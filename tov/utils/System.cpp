@@ -2,6 +2,9 @@
 
 #include <tov/utils/Facilities.h>
 #include <tov/utils/Logging.h>
+#include <tov/utils/TypeManager.h>
+
+#include <initializer_list>
 
 namespace tov {
 namespace utils {
@@ -12,19 +15,62 @@ const unsigned int invalidIndex = 0xFFFFFFFFu;
 
 namespace {
 
-// The registrations of the library's types, attempted in order and stopping at the first failure.
-// They join this chain as the type system arrives; until then there is nothing to register.
-bool registerTypes(AbstractLogger* /*logger*/)
+// One of the library's own classes of the StaticObject pattern, as start and stop walk them.
+struct ClassRegistration {
+    bool (*registerClass)(TypeManager& typeManager, AbstractLogger* logger);
+    const Uuid& (*getClassTypeId)();
+};
+
+template <typename T>
+bool registerClass(TypeManager& typeManager, AbstractLogger* logger)
 {
+    return typeManager.registerType<T>(logger);
+}
+
+// A row of the tables below: TOV_CLASS_REGISTRATION(debugger::MainContext).
+#define TOV_CLASS_REGISTRATION(Class) ClassRegistration{&registerClass<Class>, &Class::getClassTypeId}
+
+// In the order of registration, behind the base types: a class comes after the bases that its metadata
+// names. isInitialized is true only while every one of them is registered.
+const std::initializer_list<ClassRegistration> registrationTable = {};
+
+// The order of terminate, which need not be the reverse of the registration order.
+const std::initializer_list<const Uuid& (*)()> unregistrationOrder = {};
+
+#undef TOV_CLASS_REGISTRATION
+
+// Each step runs only while all the earlier ones succeeded.
+bool registerTypes(TypeManager& typeManager, AbstractLogger* logger)
+{
+    if (!typeManager.registerBaseTypes(logger)) {
+        return false;
+    }
+    for (const ClassRegistration& registration : registrationTable) {
+        if (!registration.registerClass(typeManager, logger)) {
+            return false;
+        }
+    }
     return true;
 }
 
-bool areTypesRegistered()
+// The base types are not asked for: a host may have unregistered them.
+bool areTypesRegistered(const TypeManager& typeManager)
 {
+    for (const ClassRegistration& registration : registrationTable) {
+        if (!typeManager.isTypeRegistered(registration.getClassTypeId())) {
+            return false;
+        }
+    }
     return true;
 }
 
-void unregisterTypes() {}
+void unregisterTypes(TypeManager& typeManager)
+{
+    for (const auto getClassTypeId : unregistrationOrder) {
+        typeManager.unregisterType(getClassTypeId());
+    }
+    typeManager.unregisterBaseTypes();
+}
 
 } // namespace
 
@@ -42,13 +88,13 @@ bool initialize(AbstractLogger* logger)
         result = false;
     }
     // Reached on the failure path as well, where Facilities::instance fails its own assertion.
-    Facilities::instance();
-    return registerTypes(logger) && result;
+    TypeManager& typeManager = Facilities::instance().getTypeManager();
+    return registerTypes(typeManager, logger) && result;
 }
 
 bool isInitialized()
 {
-    return Facilities::isSet() && areTypesRegistered();
+    return Facilities::isSet() && areTypesRegistered(Facilities::instance().getTypeManager());
 }
 
 bool terminate(AbstractLogger* logger)
@@ -57,7 +103,7 @@ bool terminate(AbstractLogger* logger)
         return true;
     }
     TOV_LOG_INFO(logger, "Terminating the runtime utils systems.");
-    unregisterTypes();
+    unregisterTypes(Facilities::instance().getTypeManager());
     if (Facilities::isSet()) {
         Facilities::destroy();
     }
