@@ -17,6 +17,8 @@ namespace utils {
 class AbstractObjectBuilder;
 class DynamicValue;
 class StringTable;
+class TypeManager;
+class Uuid;
 
 class TOV_UTILS_API DynamicObject {
 public:
@@ -75,6 +77,12 @@ public:
     bool isTypeCompatible(unsigned int property, type::Type type) const;
     bool isTypeCompatible(const char* key, type::Type type) const;
     bool isTypeCompatible(const char* key, unsigned int length, type::Type type) const;
+    // Whether the property could hold a value of the registered type `typeId`: a scalar type by kind, an
+    // object type by each of its properties that the property has as a child, recursively.
+    bool isTypeCompatible(unsigned int property, const Uuid& typeId, const TypeManager& typeManager) const;
+    bool isTypeCompatible(const char* key, const Uuid& typeId, const TypeManager& typeManager) const;
+    bool isTypeCompatible(const char* key, unsigned int length, const Uuid& typeId,
+                          const TypeManager& typeManager) const;
     unsigned int countChildren(unsigned int property) const;
     unsigned int countChildren(const char* key) const;
     unsigned int countChildren(const char* key, unsigned int length) const;
