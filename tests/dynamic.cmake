@@ -3,4 +3,5 @@ tov_add_test_suite(tov_dynamic_tests
   utils/DynamicObjectPropertiesTest.cpp
   utils/DynamicObjectIteratorTest.cpp
   utils/DynamicValueTest.cpp
+  utils/DynamicObjectDifferentialTest.cpp
   utils/DynamicObjectBuilderTest.cpp)

@@ -409,6 +409,22 @@ TEST_F(DynamicObjectPropertiesTest, ResetPropertyEndsWithASiblingThatExtendsTheN
     EXPECT_TRUE(object.hasProperty("b"));
 }
 
+TEST_F(DynamicObjectPropertiesTest, ResetPropertyEndsWhenAWalkCannotReachTheChildren)
+{
+    // A root that was an array keeps a leftover "[" chain when a renamed child left nodes in an element;
+    // the walk from the root climbs back over that "[" with no depth counted and stops, short of the
+    // children that the root has as an object now. The reset ends instead of looking for them forever.
+    object.setInt("[0].ab.x", 1);
+    object.renameChild(object.getProperty("[0]"), "ab", "cd");
+    object.resize(root(), 0);
+    object.setInt("zz", 2);
+    object.resetProperty(root());
+    EXPECT_EQ(type::null, object.getType(root()));
+    EXPECT_EQ((std::vector<std::string>{""}), walkKeys(object, 0));
+    object.clear();
+    EXPECT_FALSE(object.hasProperty("zz"));
+}
+
 TEST_F(DynamicObjectPropertiesTest, ResetPropertyFreesTheSubtreeAndKeepsTheProperty)
 {
     object.setInt("keep", 1);
