@@ -4,4 +4,5 @@ tov_add_test_suite(tov_dynamic_tests
   utils/DynamicObjectIteratorTest.cpp
   utils/DynamicValueTest.cpp
   utils/DynamicObjectDifferentialTest.cpp
-  utils/DynamicObjectBuilderTest.cpp)
+  utils/DynamicObjectBuilderTest.cpp
+  utils/DynamicObjectPredicateTest.cpp)

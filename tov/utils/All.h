@@ -14,7 +14,9 @@
 #include <tov/utils/CreatorAbstractFactory.h>
 #include <tov/utils/DynamicObject.h>
 #include <tov/utils/DynamicObjectBuilder.h>
+#include <tov/utils/DynamicObjectCompositePredicate.h>
 #include <tov/utils/DynamicObjectIterator.h>
+#include <tov/utils/DynamicObjectPropertyComparison.h>
 #include <tov/utils/DynamicObjectSerialization.h>
 #include <tov/utils/DynamicType.h>
 #include <tov/utils/DynamicValue.h>
