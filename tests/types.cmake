@@ -1,0 +1,7 @@
+tov_add_test_suite(tov_types_tests
+  utils/TypeTestSupport.cpp
+  utils/TypeManagerTest.cpp
+  utils/details/TypeMetadataTest.cpp
+  utils/StaticObjectTest.cpp
+  utils/PropertyTest.cpp
+  utils/TypeSystemTest.cpp)
