@@ -1,18 +1,22 @@
 #!/usr/bin/env bash
 # The whole set-up and test run: installs what is missing, builds, and runs every test twice, in a
-# normal build (build/) and under AddressSanitizer and UndefinedBehaviorSanitizer (build-asan/).
-#   scripts/test.sh                      everything
-#   scripts/test.sh --no-sanitizers      the normal build only
+# normal build (build/) and under AddressSanitizer and UndefinedBehaviorSanitizer (build-asan/), then
+# runs every libFuzzer target for a short time (build-fuzz/).
+#   scripts/test.sh                      everything, 10 seconds of fuzzing a target
+#   scripts/test.sh --fuzz-seconds 300   a longer fuzzing run
+#   scripts/test.sh --no-sanitizers      the normal build only, no fuzzing
 set -euo pipefail
 
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
 jobs=$(nproc)
 sanitizers=1
-for argument in "$@"; do
-  case "$argument" in
-    --no-sanitizers) sanitizers=0 ;;
-    *) echo "usage: scripts/test.sh [--no-sanitizers]" >&2; exit 2 ;;
+fuzzSeconds=10
+while [ $# -gt 0 ]; do
+  case "$1" in
+    --no-sanitizers) sanitizers=0; shift ;;
+    --fuzz-seconds) fuzzSeconds="$2"; shift 2 ;;
+    *) echo "usage: scripts/test.sh [--no-sanitizers] [--fuzz-seconds N]" >&2; exit 2 ;;
   esac
 done
 
@@ -36,6 +40,11 @@ if [ "$sanitizers" -eq 1 ]; then
   ASAN_OPTIONS=detect_leaks=1:abort_on_error=0:strict_string_checks=1 \
   UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
     ctest --test-dir build-asan --output-on-failure -j "$jobs"
+fi
+
+if [ "$sanitizers" -eq 1 ]; then
+  section "fuzzing, ${fuzzSeconds}s a target"
+  bash scripts/fuzz.sh --seconds "$fuzzSeconds"
 fi
 
 section "all tests passed"
