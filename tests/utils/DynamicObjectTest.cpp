@@ -117,25 +117,60 @@ TEST_F(DynamicObjectTrieTest, CharactersFrom0x80SortBelowTheSplitNode)
     EXPECT_EQ(4u, nodes.at(2).less);
     EXPECT_EQ(1, object.getInt(accented));
 
-    // The split node of "a" goes to the less side of the 0xC3 node that "a\xC3" put first, and is found
-    // and erased there.
+    // "a" after "a\xC3": its split node heads the level, the 0xC3 node goes to its less side, and the
+    // children of "a" hang on its greater side, where every search finds them.
     object.setInt("a\xC3", 2);
-    object.setInt("a", 3);
-    EXPECT_EQ(3, object.getInt("a"));
-    EXPECT_EQ(2, object.getInt("a\xC3"));
+    object.setInt("a.x", 3);
     const unsigned int a = object.getProperty("a");
     nodes = snapshotTrie(object, object.getRoot());
-    bool belowHighByte = false;
-    for (const auto& entry : nodes) {
-        if (entry.second.splitChar == static_cast<signed char>('\xC3') && entry.second.less == a) {
-            belowHighByte = true;
-        }
-    }
-    EXPECT_TRUE(belowHighByte);
+    const unsigned int nodeOfA = nodes.at(2).greater;
+    EXPECT_EQ(a, nodes.at(nodeOfA).equal);
+    EXPECT_EQ(static_cast<signed char>('\xC3'), nodes.at(nodes.at(a).less).splitChar);
+    EXPECT_EQ('.', nodes.at(nodes.at(a).greater).splitChar);
+    EXPECT_EQ(3, object.getInt("a.x"));
+    EXPECT_EQ(object.getChild(a, "x"), object.getProperty("a.x"));
+    EXPECT_EQ(2, object.getInt("a\xC3"));
     EXPECT_TRUE(object.eraseChild(object.getRoot(), "a"));
     EXPECT_FALSE(object.hasProperty("a"));
+    EXPECT_FALSE(object.hasProperty("a.x"));
     EXPECT_EQ(2, object.getInt("a\xC3"));
     EXPECT_EQ(2u, object.countChildren(object.getRoot()));
+
+    // The other order: the 0xC3 node goes to the less side of the split node of "b".
+    object.setInt("b.x", 4);
+    object.setInt("b\xC3", 5);
+    nodes = snapshotTrie(object, object.getRoot());
+    EXPECT_NE(0u, nodes.at(object.getProperty("b")).less);
+    EXPECT_EQ(4, object.getInt("b.x"));
+    EXPECT_EQ(5, object.getInt("b\xC3"));
+}
+
+TEST_F(DynamicObjectTrieTest, APropertyAddedAfterALongerSiblingHeadsItsLevel)
+{
+    DynamicObject object;
+    object.setInt("pos2", 1);    // 4 p, 5 o, 6 s, 7 2, 8 split, 9 value
+    object.setInt("pos[1]", 2);
+    object.setInt("ab-c", 3);
+    object.setInt("ab.x", 4);
+    object.setInt("ab\xC3", 5);
+    // "pos" gets a split node at the head of the level after "s", the "2" going to its greater side.
+    const unsigned int pos = object.getProperty("pos");
+    EXPECT_EQ(10u, pos);
+    Nodes nodes = snapshotTrie(object, object.getRoot());
+    EXPECT_EQ(pos, nodes.at(6).equal);
+    EXPECT_EQ(7u, nodes.at(pos).greater);
+    EXPECT_EQ('[', nodes.at(nodes.at(7).greater).splitChar);
+    EXPECT_EQ(2, object.getInt("pos[1]"));
+    EXPECT_EQ(object.getChild(pos, 1u), object.getProperty("pos[1]"));
+    EXPECT_EQ(1, object.getInt("pos2"));
+    EXPECT_EQ(4, object.getInt("ab.x"));
+    EXPECT_EQ(3, object.getInt("ab-c"));
+    EXPECT_EQ(5, object.getInt("ab\xC3"));
+    EXPECT_EQ((std::vector<std::string>{"", "ab\xC3", "ab", "ab-c", "ab.x", "pos", "pos2", "pos[0]", "pos[1]"}),
+              testing::walkKeys(object, 0));
+    EXPECT_TRUE(object.eraseChild(object.getRoot(), "pos"));
+    EXPECT_EQ(1, object.getInt("pos2"));
+    EXPECT_FALSE(object.hasProperty("pos[1]"));
 }
 
 TEST_F(DynamicObjectTrieTest, ZeroBytesNeverEnterTheTrie)

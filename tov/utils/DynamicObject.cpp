@@ -243,8 +243,8 @@ DynamicObjectNode* DynamicObject::findNode(unsigned int start, const char* key, 
     }
     DynamicObjectNode* node = getNode(handle);
     if (toSplitNode && node != nullptr && node->trie.splitChar != 0) {
-        // The split node of the level below lies on the `less` side of every p node there: 0 sorts
-        // below all characters but those of 0x80 and above, which are put above it on insertion too.
+        // The split node of the level below, looked for as the character 0: along `less` links past the
+        // path characters, and `greater` ones past the bytes of 0x80 and above, which sort below 0.
         handle = node->trie.equal;
         node = nullptr;
         while (handle != 0) {
@@ -257,7 +257,7 @@ DynamicObjectNode* DynamicObject::findNode(unsigned int start, const char* key, 
                 node = candidate;
                 break;
             }
-            handle = candidate->trie.less;
+            handle = candidate->trie.splitChar > 0 ? candidate->trie.less : candidate->trie.greater;
         }
     }
     return node;
@@ -322,12 +322,14 @@ DynamicObjectNode* DynamicObject::addProperty(unsigned int start, const char* ke
         slot = &node->trie.equal;
         ++p;
     }
-    while (*slot != 0) {
-        DynamicObjectNode* node = getNode(*slot);
-        if (node->trie.splitChar == 0) {
-            break;
-        }
-        slot = &node->trie.less;
+    // The split node heads its level. Separators and the children under them are inserted from the split
+    // node, and every search from above meets it first, so both find them. A split node put lower down,
+    // below a sibling that extends the name (`ab-c` when `ab` comes), would lie apart from where those
+    // searches go, and the children of the property could no longer be found by their paths.
+    if (*slot != 0 && getNode(*slot)->trie.splitChar != 0) {
+        const unsigned int level = *slot;
+        DynamicObjectNode* splitNode = allocateNode(0, *slot);
+        splitLevel(level, splitNode->trie.less, splitNode->trie.greater);
     }
     if (*slot == 0) {
         allocateNode(0, *slot);
@@ -348,6 +350,28 @@ DynamicObjectNode* DynamicObject::addProperty(unsigned int start, const char* ke
         inserted = true;
     }
     return value;
+}
+
+void DynamicObject::splitLevel(unsigned int level, unsigned int& less, unsigned int& greater)
+{
+    // Splits a binary tree of characters by 0: bytes of 0x80 and above (negative) to `less`, the others to
+    // `greater`. Nodes are relinked, never moved, and keep their order.
+    unsigned int* lessSlot = &less;
+    unsigned int* greaterSlot = &greater;
+    while (level != 0) {
+        DynamicObjectNode* node = getNode(level);
+        if (node->trie.splitChar < 0) {
+            *lessSlot = level;
+            lessSlot = &node->trie.greater;
+            level = node->trie.greater;
+        } else {
+            *greaterSlot = level;
+            greaterSlot = &node->trie.less;
+            level = node->trie.less;
+        }
+    }
+    *lessSlot = 0;
+    *greaterSlot = 0;
 }
 
 bool DynamicObject::eraseProperty(unsigned int start, const char* key, unsigned int length)
@@ -374,25 +398,16 @@ bool DynamicObject::eraseProperty(unsigned int* link, const char* key, unsigned 
         matchErased = true;
         return true;
     }
+    // With the key done, 0 is looked for: the split node ending it.
+    const signed char c = length != 0 ? static_cast<signed char>(*key) : 0;
     bool removed;
-    if (length == 0) {
-        // At the end of the key the split node is looked for as the search and the insertion do it,
-        // along `less` links alone: comparing 0 with a character of 0x80 or more would go `greater`
-        // and miss a split node that sits below such a character.
-        if (node->trie.splitChar == 0) {
-            removed = eraseProperty(&node->trie.equal, key, 0, matchErased);
-        } else {
-            removed = eraseProperty(&node->trie.less, key, 0, matchErased);
-        }
+    if (c == node->trie.splitChar) {
+        removed = eraseProperty(&node->trie.equal, length != 0 ? key + 1 : key, length != 0 ? length - 1 : 0,
+                                matchErased);
+    } else if (c > node->trie.splitChar) {
+        removed = eraseProperty(&node->trie.greater, key, length, matchErased);
     } else {
-        const signed char c = static_cast<signed char>(*key);
-        if (c == node->trie.splitChar) {
-            removed = eraseProperty(&node->trie.equal, key + 1, length - 1, matchErased);
-        } else if (c > node->trie.splitChar) {
-            removed = eraseProperty(&node->trie.greater, key, length, matchErased);
-        } else {
-            removed = eraseProperty(&node->trie.less, key, length, matchErased);
-        }
+        removed = eraseProperty(&node->trie.less, key, length, matchErased);
     }
     if (removed && node->trie.greater == 0 && node->trie.equal == 0 && node->trie.less == 0) {
         deallocateNode(node, *link);

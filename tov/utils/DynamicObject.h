@@ -213,6 +213,7 @@ private:
                                               unsigned int& property, unsigned int& valueHandle) const;
     details::DynamicObjectNode* addProperty(unsigned int start, const char* key, unsigned int length, bool& inserted,
                                             unsigned int& child, unsigned int& childValue);
+    void splitLevel(unsigned int level, unsigned int& less, unsigned int& greater);
     bool eraseProperty(unsigned int start, const char* key, unsigned int length);
     bool eraseProperty(unsigned int* link, const char* key, unsigned int length, bool& matchErased);
     void addRootProperty();
