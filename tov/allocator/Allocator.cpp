@@ -4,6 +4,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <new>
+
+#include <pthread.h>
 
 namespace tov {
 namespace allocator {
@@ -19,6 +22,83 @@ struct alignas(std::max_align_t) BlockHeader {
 // Constant-initialised (constexpr constructor) with a trivial destructor, so that it serves the static
 // constructors and destructors of any library in any order.
 Allocator theInstance;
+
+// The block counts of one thread. Only that thread writes them, with plain stores rather than locked
+// instructions, which made up most of the cost of an allocation; a reader adds up every thread's
+// counts. A record outlives its thread (the counts stay part of the totals) and is taken over by the
+// next thread that starts. Live blocks of one record go below zero when its thread frees what others made.
+struct ThreadCounts {
+    std::atomic<long long> allocations{0};
+    std::atomic<long long> liveBlocks{0};
+    std::atomic<bool> inUse{true};
+    ThreadCounts* next = nullptr;
+};
+
+std::atomic<ThreadCounts*> threadCountsList{nullptr};
+thread_local ThreadCounts* threadCounts = nullptr;
+
+// Runs in the ending thread. Should it allocate again afterwards (a later destructor), it takes a record anew.
+void releaseThreadCounts(void* counts)
+{
+    threadCounts = nullptr;
+    static_cast<ThreadCounts*>(counts)->inUse.store(false, std::memory_order_release);
+}
+
+pthread_key_t threadExitKey()
+{
+    static const pthread_key_t key = [] {
+        pthread_key_t created;
+        pthread_key_create(&created, &releaseThreadCounts);
+        return created;
+    }();
+    return key;
+}
+
+// The records are taken from malloc directly: they are the service's own and never given back.
+ThreadCounts& acquireThreadCounts()
+{
+    ThreadCounts* counts = nullptr;
+    for (ThreadCounts* record = threadCountsList.load(std::memory_order_acquire); record != nullptr;
+         record = record->next) {
+        bool free = false;
+        if (!record->inUse.load(std::memory_order_relaxed) &&
+            record->inUse.compare_exchange_strong(free, true, std::memory_order_acquire)) {
+            counts = record;
+            break;
+        }
+    }
+    if (counts == nullptr) {
+        counts = new (std::malloc(sizeof(ThreadCounts))) ThreadCounts();
+        ThreadCounts* head = threadCountsList.load(std::memory_order_relaxed);
+        do {
+            counts->next = head;
+        } while (!threadCountsList.compare_exchange_weak(head, counts, std::memory_order_release,
+                                                         std::memory_order_relaxed));
+    }
+    pthread_setspecific(threadExitKey(), counts);
+    threadCounts = counts;
+    return *counts;
+}
+
+ThreadCounts& currentThreadCounts()
+{
+    return threadCounts != nullptr ? *threadCounts : acquireThreadCounts();
+}
+
+void increment(std::atomic<long long>& count, long long delta)
+{
+    count.store(count.load(std::memory_order_relaxed) + delta, std::memory_order_relaxed);
+}
+
+long long sumOverThreads(std::atomic<long long> ThreadCounts::*count)
+{
+    long long sum = 0;
+    for (ThreadCounts* record = threadCountsList.load(std::memory_order_acquire); record != nullptr;
+         record = record->next) {
+        sum += (record->*count).load(std::memory_order_relaxed);
+    }
+    return sum;
+}
 
 void raisePeak(std::atomic<unsigned long long>& peak, unsigned long long candidate)
 {
@@ -42,8 +122,9 @@ void* Allocator::allocate(unsigned int size)
         std::abort();
     }
     header->size = size;
-    allocationCount.fetch_add(1, std::memory_order_relaxed);
-    liveBlocks.fetch_add(1, std::memory_order_relaxed);
+    ThreadCounts& counts = currentThreadCounts();
+    increment(counts.allocations, 1);
+    increment(counts.liveBlocks, 1);
     const unsigned long long live = liveBytes.fetch_add(size, std::memory_order_relaxed) + size;
     raisePeak(peakBytes, live);
     return header + 1;
@@ -55,7 +136,7 @@ void Allocator::deallocate(void* block, unsigned int /*size*/)
         return;
     }
     BlockHeader* header = static_cast<BlockHeader*>(block) - 1;
-    liveBlocks.fetch_sub(1, std::memory_order_relaxed);
+    increment(currentThreadCounts().liveBlocks, -1);
     liveBytes.fetch_sub(header->size, std::memory_order_relaxed);
     std::free(header);
 }
@@ -78,7 +159,7 @@ unsigned long long Allocator::getLiveBytes() const
 
 unsigned long long Allocator::getLiveBlocks() const
 {
-    return liveBlocks.load(std::memory_order_relaxed);
+    return static_cast<unsigned long long>(sumOverThreads(&ThreadCounts::liveBlocks));
 }
 
 unsigned long long Allocator::getPeakBytes() const
@@ -88,7 +169,7 @@ unsigned long long Allocator::getPeakBytes() const
 
 unsigned long long Allocator::getAllocationCount() const
 {
-    return allocationCount.load(std::memory_order_relaxed);
+    return static_cast<unsigned long long>(sumOverThreads(&ThreadCounts::allocations));
 }
 
 Allocator::Statistics Allocator::getStatistics() const

@@ -50,10 +50,9 @@ public:
     Allocator& operator=(const Allocator&) = delete;
 
 private:
+    // Bytes are counted here, so that the peak is exact; blocks and allocations are counted per thread.
     std::atomic<unsigned long long> liveBytes{0};
-    std::atomic<unsigned long long> liveBlocks{0};
     std::atomic<unsigned long long> peakBytes{0};
-    std::atomic<unsigned long long> allocationCount{0};
 };
 
 } // namespace allocator
