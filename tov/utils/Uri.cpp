@@ -4,6 +4,7 @@
 #include <tov/utils/Assertion.h>
 #include <tov/utils/ErrorType.h>
 #include <tov/utils/Logging.h>
+#include <tov/utils/impl/UriCharacters.h>
 #include <tov/utils/impl/UriMessages.h>
 
 #include <algorithm>
@@ -35,60 +36,30 @@ void logRefusedPathCharacter(AbstractLogger* logger, char character, unsigned in
                                                  << segment << "," << index << ".");
 }
 
-// isalnum and isalpha, with ASCII decided without a call into the C library: the classes are tested for
-// every character of every part, and ASCII classifies the same in every locale.
-bool isLetter(unsigned char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= 0x80 && std::isalpha(c) != 0);
-}
-
-bool isAlphanumeric(unsigned char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           (c >= 0x80 && std::isalnum(c) != 0);
-}
-
-// The tables of what a Uri holds; narrower than what the grammar parser reads (no escapes).
-bool isUnreserved(unsigned char c)
-{
-    return isAlphanumeric(c) || c == '-' || c == '.' || c == '_' || c == '~';
-}
-
-bool isSubDelimiter(unsigned char c)
-{
-    switch (c) {
-    case '!': case '$': case '&': case '\'': case '(': case ')':
-    case '*': case '+': case ',': case ';': case '=':
-        return true;
-    default:
-        return false;
-    }
-}
-
 bool isSchemeCharacter(char character, unsigned int index)
 {
     const unsigned char c = static_cast<unsigned char>(character);
     if (c == '+' || c == '-' || c == '.') {
         return true;
     }
-    return index == 0 ? isLetter(c) : isAlphanumeric(c);
+    return index == 0 ? impl::isUriLetter(c) : impl::isUriAlphanumeric(c);
 }
 
 bool isPathSegmentCharacter(char character)
 {
     const unsigned char c = static_cast<unsigned char>(character);
-    return c == ':' || c == '@' || isUnreserved(c) || isSubDelimiter(c);
+    return c == ':' || c == '@' || impl::isUriUnreserved(c) || impl::isUriSubDelimiter(c);
 }
 
 bool isExtensionCharacter(char character)
 {
-    return isAlphanumeric(static_cast<unsigned char>(character));
+    return impl::isUriAlphanumeric(static_cast<unsigned char>(character));
 }
 
 bool isQueryOrFragmentCharacter(char character)
 {
     const unsigned char c = static_cast<unsigned char>(character);
-    return c == '/' || c == '?' || isUnreserved(c) || isSubDelimiter(c);
+    return c == '/' || c == '?' || impl::isUriUnreserved(c) || impl::isUriSubDelimiter(c);
 }
 
 // Checks every character of a part; logs the first refused one.

@@ -1,40 +1,12 @@
 #include <tov/utils/impl/UriGrammarParser.h>
 
+#include <tov/utils/impl/UriCharacters.h>
+
 #include <cctype>
 
 namespace tov {
 namespace utils {
 namespace impl {
-
-namespace {
-
-// isalnum, with ASCII decided without a call into the C library: it runs for every character of every
-// request path, and ASCII classifies the same in every locale.
-bool isAlphanumeric(unsigned char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           (c >= 0x80 && std::isalnum(c) != 0);
-}
-
-// The grammar's own classes. They are kept apart from the tables of Uri's setters on purpose: the
-// request side is more lenient than the values a Uri holds, and the two must be free to differ.
-bool isUnreserved(unsigned char c)
-{
-    return isAlphanumeric(c) || c == '-' || c == '.' || c == '_' || c == '~';
-}
-
-bool isSubDelimiter(unsigned char c)
-{
-    switch (c) {
-    case '!': case '$': case '&': case '\'': case '(': case ')':
-    case '*': case '+': case ',': case ';': case '=':
-        return true;
-    default:
-        return false;
-    }
-}
-
-} // namespace
 
 UriGrammarParser::UriGrammarParser(const char* text, unsigned int size, const Callbacks& callbacks)
     : text(text), size(size), callbacks(callbacks)
@@ -49,7 +21,7 @@ char UriGrammarParser::at(unsigned int index) const
 unsigned int UriGrammarParser::matchPathCharacter(unsigned int index) const
 {
     const unsigned char c = static_cast<unsigned char>(at(index));
-    if (isUnreserved(c) || isSubDelimiter(c) || c == ':' || c == '@') {
+    if (isUriUnreserved(c) || isUriSubDelimiter(c) || c == ':' || c == '@') {
         return 1;
     }
     // at() gives NUL past the end, which is no hexadecimal digit, so an escape cut short is refused here.
