@@ -202,6 +202,10 @@ private:
     friend class DynamicObjectIterator;
 
     details::DynamicObjectNode* getNode(unsigned int handle) const;
+    // getNode without the report of a handle beyond the blocks (null then), inlined into the loops that
+    // take one step per node.
+    details::DynamicObjectNode* nodeAt(unsigned int handle) const;
+    static void reportBlockOutOfRange();
     details::DynamicObjectNode* allocateNode(char splitChar, unsigned int& handle);
     details::DynamicObjectNode* allocateValueNode(unsigned int& handle);
     void deallocateNode(details::DynamicObjectNode* node, unsigned int handle);
@@ -237,6 +241,32 @@ private:
     unsigned int nextFreeSlot;
     unsigned int freeList;
 };
+
+inline details::DynamicObjectNode* DynamicObject::getNode(unsigned int handle) const
+{
+    details::DynamicObjectNode* node = nodeAt(handle);
+    if (node == nullptr && handle != 0) {
+        reportBlockOutOfRange();
+    }
+    return node;
+}
+
+inline details::DynamicObjectNode* DynamicObject::nodeAt(unsigned int handle) const
+{
+    // A block size that is a power of two, as the default 128 is, spares the division.
+    const unsigned int blockSize = nodeAllocator->getBlockSize();
+    const unsigned int index = handle - 1;
+    unsigned int block;
+    unsigned int slot;
+    if ((blockSize & (blockSize - 1)) == 0) {
+        block = index >> __builtin_ctz(blockSize);
+        slot = index & (blockSize - 1);
+    } else {
+        block = index / blockSize;
+        slot = index % blockSize;
+    }
+    return handle != 0 && block < blocks.size() ? blocks[block] + slot : nullptr;
+}
 
 } // namespace utils
 } // namespace tov

@@ -87,9 +87,10 @@ DynamicObjectIterator& DynamicObjectIterator::next()
     }
     while (current != 0) {
         stack.push_back(current);
-        const DynamicObjectNode* node = object->getNode(current);
-        TOV_ASSERT(node != nullptr, "unable to convert current to real trie node pointer");
+        const DynamicObjectNode* node = object->nodeAt(current);
         if (node == nullptr) {
+            object->getNode(current);   // reports the handle out of range
+            TOV_ASSERT(false, "unable to convert current to real trie node pointer");
             current = 0;
             break;
         }
@@ -138,7 +139,7 @@ unsigned int DynamicObjectIterator::findNextChildFromParent(unsigned int current
     current = stack.empty() ? 0 : stack.back();
     bool found = false;
     while (current != 0 && !found) {
-        const DynamicObjectNode* node = object->getNode(current);
+        const DynamicObjectNode* node = object->nodeAt(current);
         bool up = false;
         if (node->trie.less == child) {
             // The `less` side is done. Kept: this way into an `equal` link neither tests nor raises the
