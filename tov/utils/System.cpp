@@ -3,6 +3,20 @@
 #include <tov/utils/Facilities.h>
 #include <tov/utils/Logging.h>
 #include <tov/utils/TypeManager.h>
+#include <tov/utils/debugger/AbstractContext.h>
+#include <tov/utils/debugger/AbstractEventFilter.h>
+#include <tov/utils/debugger/AbstractEventRequest.h>
+#include <tov/utils/debugger/BreakpointRequest.h>
+#include <tov/utils/debugger/EntitiesFilter.h>
+#include <tov/utils/debugger/EntityRegistrationRequest.h>
+#include <tov/utils/debugger/EntityUnregistrationRequest.h>
+#include <tov/utils/debugger/HitCountFilter.h>
+#include <tov/utils/debugger/InitializationRequest.h>
+#include <tov/utils/debugger/LocationFilter.h>
+#include <tov/utils/debugger/TargetDisconnectRequest.h>
+#include <tov/utils/debugger/TargetSuspendRequest.h>
+#include <tov/utils/debugger/TerminationRequest.h>
+#include <tov/utils/debugger/impl/MainContext.h>
 
 #include <initializer_list>
 
@@ -32,10 +46,40 @@ bool registerClass(TypeManager& typeManager, AbstractLogger* logger)
 
 // In the order of registration, behind the base types: a class comes after the bases that its metadata
 // names. isInitialized is true only while every one of them is registered.
-const std::initializer_list<ClassRegistration> registrationTable = {};
+const std::initializer_list<ClassRegistration> registrationTable = {
+    TOV_CLASS_REGISTRATION(debugger::AbstractContext),
+    TOV_CLASS_REGISTRATION(debugger::AbstractEventFilter),
+    TOV_CLASS_REGISTRATION(debugger::AbstractEventRequest),
+    TOV_CLASS_REGISTRATION(debugger::MainContext),
+    TOV_CLASS_REGISTRATION(debugger::EntitiesFilter),
+    TOV_CLASS_REGISTRATION(debugger::HitCountFilter),
+    TOV_CLASS_REGISTRATION(debugger::LocationFilter),
+    TOV_CLASS_REGISTRATION(debugger::BreakpointRequest),
+    TOV_CLASS_REGISTRATION(debugger::EntityRegistrationRequest),
+    TOV_CLASS_REGISTRATION(debugger::EntityUnregistrationRequest),
+    TOV_CLASS_REGISTRATION(debugger::InitializationRequest),
+    TOV_CLASS_REGISTRATION(debugger::TargetDisconnectRequest),
+    TOV_CLASS_REGISTRATION(debugger::TargetSuspendRequest),
+    TOV_CLASS_REGISTRATION(debugger::TerminationRequest),
+};
 
 // The order of terminate, which need not be the reverse of the registration order.
-const std::initializer_list<const Uuid& (*)()> unregistrationOrder = {};
+const std::initializer_list<const Uuid& (*)()> unregistrationOrder = {
+    &debugger::EntityRegistrationRequest::getClassTypeId,
+    &debugger::EntityUnregistrationRequest::getClassTypeId,
+    &debugger::BreakpointRequest::getClassTypeId,
+    &debugger::TargetSuspendRequest::getClassTypeId,
+    &debugger::TargetDisconnectRequest::getClassTypeId,
+    &debugger::InitializationRequest::getClassTypeId,
+    &debugger::TerminationRequest::getClassTypeId,
+    &debugger::LocationFilter::getClassTypeId,
+    &debugger::HitCountFilter::getClassTypeId,
+    &debugger::EntitiesFilter::getClassTypeId,
+    &debugger::MainContext::getClassTypeId,
+    &debugger::AbstractEventRequest::getClassTypeId,
+    &debugger::AbstractEventFilter::getClassTypeId,
+    &debugger::AbstractContext::getClassTypeId,
+};
 
 #undef TOV_CLASS_REGISTRATION
 

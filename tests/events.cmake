@@ -1,0 +1,3 @@
+tov_add_test_suite(tov_event_tests
+  utils/debugger/EventRequestTest.cpp
+  utils/debugger/RequestRegistryTest.cpp)

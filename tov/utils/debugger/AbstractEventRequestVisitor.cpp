@@ -1,0 +1,11 @@
+#include <tov/utils/debugger/AbstractEventRequestVisitor.h>
+
+namespace tov {
+namespace utils {
+namespace debugger {
+
+AbstractEventRequestVisitor::~AbstractEventRequestVisitor() = default;
+
+} // namespace debugger
+} // namespace utils
+} // namespace tov

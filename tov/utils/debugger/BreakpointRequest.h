@@ -1,0 +1,47 @@
+#pragma once
+// BreakpointRequest: asks to be told when an entity passes a location, narrowed by any number of
+// entities, location and hit count filters. Without filters it hits everywhere, for every entity.
+//   if (request.canHit(entity, here)) { if (request.isHit(entity, here)) request.notify(entity, here);
+//                                       request.update(); }   // what a breakpoint visitor does
+
+#include <tov/utils/Containers.h>
+#include <tov/utils/Export.h>
+#include <tov/utils/debugger/AbstractEventRequest.h>
+
+namespace tov {
+namespace utils {
+
+class Uri;
+
+namespace debugger {
+
+class TOV_UTILS_API BreakpointRequest : public AbstractEventRequest {
+    TOV_STATIC_OBJECT
+
+public:
+    explicit BreakpointRequest(unsigned int handle);
+    ~BreakpointRequest() override;
+
+    // Keeps any non-null filter, also of a class that no breakpoint judges (it then has no effect).
+    bool addFilter(AbstractEventFilter* filter) override;
+    // Every filter counts one more pass, in order.
+    void update() override;
+    void accept(AbstractEventRequestVisitor& visitor) override;
+
+    // Whether the entities and location filters let the event pass; the hit count plays no part, so
+    // that a visitor can count the passes of every candidate.
+    bool canHit(unsigned int entity, const Uri& location) const;
+    // The same, and the hit count filters too.
+    bool isHit(unsigned int entity, const Uri& location) const;
+    // Tells every listener onBreakpoint.
+    void notify(unsigned int entity, const Uri& location);
+    // The filters stay the request's.
+    const Vector<AbstractEventFilter*> getFilters() const;
+
+private:
+    Vector<AbstractEventFilter*> filters;
+};
+
+} // namespace debugger
+} // namespace utils
+} // namespace tov

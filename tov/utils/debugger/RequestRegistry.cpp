@@ -1,0 +1,180 @@
+#include <tov/utils/debugger/RequestRegistry.h>
+
+#include <tov/utils/Assertion.h>
+#include <tov/utils/Facilities.h>
+#include <tov/utils/TypeManager.h>
+#include <tov/utils/debugger/AbstractEventRequest.h>
+#include <tov/utils/debugger/InitializationRequest.h>
+#include <tov/utils/debugger/RequestIterator.h>
+#include <tov/utils/debugger/TerminationRequest.h>
+#include <tov/utils/debugger/TerminationRequestVisitor.h>
+
+#include <algorithm>
+
+namespace tov {
+namespace utils {
+namespace debugger {
+
+namespace {
+
+class TerminationNotifier : public TerminationRequestVisitor {
+public:
+    using TerminationRequestVisitor::visit;
+    void visit(TerminationRequest& request) override { request.notify(); }
+};
+
+// Gives the iterator of a firing back however the firing ends.
+class IteratorGuard {
+public:
+    IteratorGuard(RequestRegistry& registry, RequestIterator* iterator) : registry(registry), iterator(iterator) {}
+    ~IteratorGuard() { registry.destroyIterator(iterator); }
+    IteratorGuard(const IteratorGuard&) = delete;
+    IteratorGuard& operator=(const IteratorGuard&) = delete;
+
+private:
+    RequestRegistry& registry;
+    RequestIterator* iterator;
+};
+
+} // namespace
+
+RequestRegistry::RequestRegistry() : mutex(Mutex::Recursive), nextHandle(1) {}
+
+RequestRegistry::~RequestRegistry()
+{
+    TerminationNotifier notifier;
+    accept(notifier);
+    unsubscribeAll();
+    // A request can only stay retired if an iterator was never given back; it goes with the registry.
+    for (AbstractEventRequest* request : retired) {
+        TOV_DELETE(request);
+    }
+}
+
+bool RequestRegistry::isRequestClass(const Uuid& id) const
+{
+    return Facilities::instance().getTypeManager().isDerivedFrom(id, AbstractEventRequest::getClassTypeId());
+}
+
+unsigned int RequestRegistry::doSubscribe(AbstractEventRequest* request, AbstractEventListener* const* listeners,
+                                          unsigned int listenerCount, AbstractEventFilter* const* filters,
+                                          unsigned int filterCount)
+{
+    ScopedMutex guard(mutex);
+    requests.push_back(request);
+    const unsigned int index = static_cast<unsigned int>(requests.size() - 1);
+    for (RequestIterator* iterator : iterators) {
+        iterator->onRequestAdded(index);
+    }
+    for (unsigned int i = 0; i < listenerCount; ++i) {
+        TOV_ASSERT(listeners[i] != nullptr, i << "th given listener is NULL.");
+        // Past a returning assertion the null listener is left out, since telling it would crash.
+        if (listeners[i] != nullptr) {
+            request->registerListener(*listeners[i]);
+        }
+    }
+    for (unsigned int i = 0; i < filterCount; ++i) {
+        TOV_ASSERT(filters[i] != nullptr, i << "th given filter is NULL.");
+        request->addFilter(filters[i]);
+    }
+    // Read first: a listener told of the initialization may already unsubscribe the request.
+    const unsigned int handle = request->getHandle();
+    // The start of the debugger may lie in the past, so a subscriber is told at once, under the lock.
+    if (request->getTypeId() == InitializationRequest::getClassTypeId()) {
+        static_cast<InitializationRequest*>(request)->notify();
+    }
+    return handle;
+}
+
+bool RequestRegistry::unsubscribe(unsigned int handle)
+{
+    ScopedMutex guard(mutex);
+    const auto found = std::find_if(requests.begin(), requests.end(), [handle](const AbstractEventRequest* request) {
+        return request->getHandle() == handle;
+    });
+    if (found == requests.end()) {
+        return false;
+    }
+    const unsigned int index = static_cast<unsigned int>(found - requests.begin());
+    AbstractEventRequest* request = *found;
+    requests.erase(found);
+    for (RequestIterator* iterator : iterators) {
+        iterator->onRequestRemove(index);
+    }
+    destroyRequest(request);
+    return true;
+}
+
+void RequestRegistry::unsubscribeAll()
+{
+    ScopedMutex guard(mutex);
+    // A walk of its own, unknown to `iterators`: those find the list empty on their next look.
+    RequestIterator walk(requests, mutex);
+    while (AbstractEventRequest* request = walk.next()) {
+        destroyRequest(request);
+    }
+    requests.clear();
+}
+
+void RequestRegistry::accept(AbstractEventRequestVisitor& visitor)
+{
+    RequestIterator* iterator = createIterator();
+    IteratorGuard guard(*this, iterator);
+    while (AbstractEventRequest* request = iterator->next()) {
+        request->accept(visitor);
+    }
+}
+
+RequestIterator* RequestRegistry::createIterator()
+{
+    ScopedMutex guard(mutex);
+    RequestIterator* iterator = TOV_NEW RequestIterator(requests, mutex);
+    iterators.push_back(iterator);
+    return iterator;
+}
+
+void RequestRegistry::destroyIterator(RequestIterator* iterator)
+{
+    ScopedMutex guard(mutex);
+    const auto found = std::find(iterators.begin(), iterators.end(), iterator);
+    if (found == iterators.end()) {
+        return;
+    }
+    iterators.erase(found);
+    TOV_DELETE(iterator);
+    destroyRetiredRequests();
+}
+
+// A firing thread holds the request that its iterator gave last, unlocked, while another thread may
+// unsubscribe it (a client over HTTP, say) or one of its own listeners does. Destroying it then would
+// pull it from under the firing; it waits in `retired` until no iterator holds it any more.
+void RequestRegistry::destroyRequest(AbstractEventRequest* request)
+{
+    for (const RequestIterator* iterator : iterators) {
+        if (iterator->getCurrent() == request) {
+            retired.push_back(request);
+            return;
+        }
+    }
+    TOV_DELETE(request);
+}
+
+void RequestRegistry::destroyRetiredRequests()
+{
+    for (size_t index = 0; index < retired.size();) {
+        AbstractEventRequest* request = retired[index];
+        const bool held = std::any_of(iterators.begin(), iterators.end(), [request](const RequestIterator* iterator) {
+            return iterator->getCurrent() == request;
+        });
+        if (held) {
+            ++index;
+        } else {
+            retired.erase(retired.begin() + static_cast<std::ptrdiff_t>(index));
+            TOV_DELETE(request);
+        }
+    }
+}
+
+} // namespace debugger
+} // namespace utils
+} // namespace tov
