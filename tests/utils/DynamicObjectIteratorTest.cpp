@@ -106,6 +106,12 @@ TEST_F(DynamicObjectIteratorTest, ASeparatorEnteredFromItsLessSideIsNotCountedAs
     EXPECT_EQ((Keys{"", "a", "a-", "a.x"}), walkKeys(object, 0, 0));
     // Leaving "." with no depth to give back ends the walk: "b" is not reached.
     EXPECT_EQ((Keys{"", "a", "a-", "a.x", "a.x.y"}), walkKeys(object, 0));
+    DynamicObject flat;
+    flat.setInt("a.x", 1);
+    flat.setInt("a-", 2);
+    flat.setInt("b", 3);
+    EXPECT_EQ((Keys{"", "a", "a-", "a.x"}), walkKeys(flat, 0));
+    EXPECT_EQ(3, flat.getInt("b"));
 }
 
 TEST_F(DynamicObjectIteratorTest, NamesContinuedByBytesFrom0x80ComeFirstWhateverTheOrderOfInsertion)
