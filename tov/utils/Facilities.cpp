@@ -3,9 +3,11 @@
 #include <tov/utils/Memory.h>
 #include <tov/utils/OstreamLogger.h>
 #include <tov/utils/RandomManager.h>
+#include <tov/utils/ScopedPtr.h>
 #include <tov/utils/Singleton.h>
 #include <tov/utils/StringTable.h>
 #include <tov/utils/TypeManager.h>
+#include <tov/utils/debugger/InspectionFramework.h>
 
 #include <iostream>
 
@@ -22,6 +24,7 @@ struct FacilitiesData {
     TypeManager typeManager;
     StringTable stringTable;
     RandomManager randomManager;
+    ScopedPtr<debugger::InspectionFramework> inspectionFramework;
 };
 
 void Facilities::create()
@@ -49,6 +52,9 @@ Facilities::Facilities() : data(TOV_NEW FacilitiesData())
 {
     data->initializedMark = 1;
     data->logger = &data->defaultLogger;
+    // Last, with every other service in place. The singleton is not set yet, so nothing that the
+    // framework's constructor runs may call Facilities::instance.
+    data->inspectionFramework.reset(TOV_NEW debugger::InspectionFramework(*this));
 }
 
 Facilities::~Facilities()
@@ -105,6 +111,16 @@ RandomManager& Facilities::getRandomNumberGenerator()
 const RandomManager& Facilities::getRandomNumberGenerator() const
 {
     return data->randomManager;
+}
+
+debugger::InspectionFramework& Facilities::getInspectionFramework()
+{
+    return *data->inspectionFramework;
+}
+
+const debugger::InspectionFramework& Facilities::getInspectionFramework() const
+{
+    return *data->inspectionFramework;
 }
 
 } // namespace utils

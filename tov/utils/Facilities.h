@@ -15,6 +15,10 @@ class StringTable;
 class TypeManager;
 struct FacilitiesData;
 
+namespace debugger {
+class InspectionFramework;
+}
+
 class TOV_UTILS_API Facilities {
 public:
     // Makes the instance. Overwriting one asserts "trying to overwrite singleton instance".
@@ -44,6 +48,10 @@ public:
 
     RandomManager& getRandomNumberGenerator();
     const RandomManager& getRandomNumberGenerator() const;
+
+    // The inspector: engines, resources and the HTTP server.
+    debugger::InspectionFramework& getInspectionFramework();
+    const debugger::InspectionFramework& getInspectionFramework() const;
 
 private:
     Facilities();

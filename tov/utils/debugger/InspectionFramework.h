@@ -1,0 +1,83 @@
+#pragma once
+// InspectionFramework: the way into a running simulation from outside. Engines serve parts of a tree of
+// JSON resources under short paths; requests are routed to the engine whose path they begin with, by
+// calls or over HTTP. There is one per Facilities.
+//   InspectionFramework& inspector = tov::utils::Facilities::instance().getInspectionFramework();
+//   inspector.registerEngine(myEngine); inspector.enableEngine("world");
+//   inspector.startHttp("127.0.0.1", 8000);   // GET /api/world/... now reaches myEngine
+
+#include <tov/utils/Export.h>
+#include <tov/utils/ScopedPtr.h>
+#include <tov/utils/debugger/ResourceStatus.h>
+
+namespace tov {
+namespace utils {
+
+class AbstractObjectBuilder;
+class DynamicObject;
+class Facilities;
+
+namespace debugger {
+
+class AbstractEngine;
+class AbstractEventListener;
+struct InspectionFrameworkData;
+
+class TOV_UTILS_API InspectionFramework {
+public:
+    // Reads the logger and the string table from `facilities`, never through Facilities::instance.
+    explicit InspectionFramework(Facilities& facilities);
+    ~InspectionFramework();
+    InspectionFramework(const InspectionFramework&) = delete;
+    InspectionFramework& operator=(const InspectionFramework&) = delete;
+
+    Facilities& getFacilities();
+    const Facilities& getFacilities() const;
+    const char* getName() const;
+    void setName(const char* name);
+
+    // The engine is not owned: it must stay alive until unregistered. False, with an error to the
+    // facilities' logger, when its path cannot be hashed or another engine has that path.
+    bool registerEngine(AbstractEngine& engine);
+    // Disables the engine, then forgets it. An unknown path is a warning.
+    void unregisterEngine(const char* path);
+    void enableEngine(const char* path);
+    void disableEngine(const char* path);
+    // An unknown path is reported disabled.
+    bool isEngineEnabled(const char* path) const;
+    void enableAllEngines();
+    void disableAllEngines();
+
+    // Serves the engines over HTTP on every interface of the machine. A host that keeps the inspector
+    // to itself prefers the form with an address.
+    bool startHttp(unsigned int port);
+    // Listens on one address only: "127.0.0.1" for loopback, an IPv6 address in brackets ("[::1]").
+    bool startHttp(const char* address, unsigned int port);
+    // Waits until the request in progress is answered; must not be called from inside an engine.
+    void shutdownHttp();
+    bool isHttpStarted() const;
+    // The port of the last start, failed ones included; 8000 before any.
+    unsigned int getHttpPort() const;
+
+    // Routes to the first engine whose path the request path begins with, giving it the rest of the
+    // path; NotFound when there is none.
+    resources::Status retrieveResource(const char* path, unsigned int length, const DynamicObject* query,
+                                       AbstractObjectBuilder& builder);
+    resources::Status createResource(const char* path, unsigned int length, const DynamicObject* query,
+                                     AbstractObjectBuilder& builder);
+    resources::Status deleteResource(const char* path, unsigned int length, const DynamicObject* query,
+                                     AbstractObjectBuilder& builder);
+
+private:
+    // Every subscription is also told to the framework itself, through this listener.
+    AbstractEventListener& getDebuggerListener();
+
+    // Null when the path matches no engine; otherwise `hash` is the key of its entry.
+    AbstractEngine* findEngine(const char* path, unsigned long long& hash) const;
+
+    ScopedPtr<InspectionFrameworkData> data;
+};
+
+} // namespace debugger
+} // namespace utils
+} // namespace tov

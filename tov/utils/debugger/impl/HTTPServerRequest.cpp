@@ -1,0 +1,255 @@
+// The request handler of HTTPServer: from method, path, query and body to a resource operation of the
+// framework and its answer.
+
+#include <tov/utils/debugger/impl/HTTPServer.h>
+
+#include <tov/utils/DynamicObject.h>
+#include <tov/utils/DynamicObjectBuilder.h>
+#include <tov/utils/DynamicObjectIterator.h>
+#include <tov/utils/Facilities.h>
+#include <tov/utils/JsonSerialization.h>
+#include <tov/utils/Logging.h>
+#include <tov/utils/System.h>
+#include <tov/utils/Uri.h>
+#include <tov/utils/debugger/InspectionFramework.h>
+#include <tov/utils/debugger/impl/HTTPConnection.h>
+#include <tov/utils/debugger/impl/HTTPLinkInput.h>
+#include <tov/utils/debugger/impl/JsonHttpReply.h>
+#include <tov/utils/debugger/impl/WarningLogger.h>
+
+#include <cstring>
+
+namespace tov {
+namespace utils {
+namespace debugger {
+namespace impl {
+
+namespace {
+
+enum class Method { Get, Post, Delete, Options, Unknown };
+
+Method classifyMethod(const char* method)
+{
+    if (std::strcmp(method, "GET") == 0) {
+        return Method::Get;
+    }
+    if (std::strcmp(method, "POST") == 0) {
+        return Method::Post;
+    }
+    if (std::strcmp(method, "DELETE") == 0) {
+        return Method::Delete;
+    }
+    if (std::strcmp(method, "OPTIONS") == 0) {
+        return Method::Options;
+    }
+    return Method::Unknown;
+}
+
+// The JSON reader's time grows with the square of a token that spans its 256-byte pieces (a 1 MiB
+// number takes seconds), and the server has one worker: bodies beyond this size are refused.
+const unsigned int maximumBodySize = 256 * 1024;
+
+const char optionsReply[] = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\nAllow: GET,OPTIONS,POST,DELETE\r\n\r\n";
+
+// Compared over the segment's length only, so that any prefix of a name (the empty one too) selects it.
+bool isSegmentPrefixOf(const char* segment, unsigned int length, const char* name)
+{
+    return std::strncmp(name, segment, length) == 0;
+}
+
+// The verb of the messages of one method, and the status of a resource that no engine knows.
+struct Operation {
+    const char* verb;
+    unsigned int unknownStatus;
+};
+
+class RequestContext {
+public:
+    RequestContext(InspectionFramework& framework, HTTPConnection& connection)
+        : framework(framework), connection(connection), logger(&framework.getFacilities().getLogger()),
+          reply(connection, logger), path(connection.getPath()), query(connection.getQuery()),
+          pathLength(static_cast<unsigned int>(std::strlen(path))),
+          queryLength(static_cast<unsigned int>(std::strlen(query)))
+    {
+    }
+
+    void handle();
+
+private:
+    void handleResourceRequest(Method method, const char* rest, unsigned int restLength);
+    bool readBody();
+    void controlEngines();
+    // Answers what an engine gave: 200 (500 while the facilities' logger holds an error), 400 for a
+    // failed operation, `unknownStatus` for no resource.
+    void answer(resources::Status status, const Operation& operation, const char* rest);
+
+    InspectionFramework& framework;
+    HTTPConnection& connection;
+    AbstractLogger* logger;
+    JsonHttpReply reply;
+    DynamicObject object;
+    const char* path;
+    const char* query;
+    unsigned int pathLength;
+    unsigned int queryLength;
+};
+
+void RequestContext::handle()
+{
+    const char* methodText = connection.getMethod();
+    TOV_LOG_TRACE(logger, "HTTP request:\n\t-method '" << methodText << "'\n\t-path: '" << path << "'\n\t-query: '"
+                                                       << query << "'");
+    const Method method = classifyMethod(methodText);
+    if (method == Method::Unknown) {
+        TOV_LOG_WARNING(logger, "HTTP request: '" << methodText << "' is not a supported method.");
+        reply.sendStatus(JsonHttpReply::BadRequest);
+        return;
+    }
+    if (method == Method::Options) {
+        // The whole answer to OPTIONS. The checks below still run, and a bad path or query appends its
+        // own reply behind this one.
+        connection.write(optionsReply, sizeof(optionsReply) - 1);
+    }
+    unsigned int offset = 0;
+    unsigned int length = 0;
+    if (!Uri::retrieveFirstPathSegment(path, pathLength, offset, length)) {
+        TOV_LOG_WARNING(logger, "HTTP request: '" << path << "' is not a valid path.");
+        reply.sendStatus(JsonHttpReply::BadRequest);
+        return;
+    }
+    const unsigned int missingStatus = method == Method::Get ? JsonHttpReply::NotFound : JsonHttpReply::NoContent;
+    const char* segment = path + offset;
+    if (!isSegmentPrefixOf(segment, length, "api") && !isSegmentPrefixOf(segment, length, getVersionTOV_UTILS())) {
+        TOV_LOG_WARNING(logger, "HTTP request: '" << path << "' is not a supported path.");
+        reply.sendStatus(missingStatus);
+        return;
+    }
+    DynamicObjectBuilder queryBuilder(object);
+    if (!Uri::parseQuery(query, queryLength, queryBuilder)) {
+        TOV_LOG_WARNING(logger, "HTTP request: '" << query << "' is not a valid query.");
+        reply.sendStatus(missingStatus);
+        return;
+    }
+    handleResourceRequest(method, segment + length, pathLength - (offset + length));
+}
+
+void RequestContext::handleResourceRequest(Method method, const char* rest, unsigned int restLength)
+{
+    static const Operation retrieving = {"retrieving", JsonHttpReply::NotFound};
+    static const Operation creating = {"creating", JsonHttpReply::NoContent};
+    static const Operation deleting = {"deleting", JsonHttpReply::NoContent};
+    AbstractObjectBuilder& builder = reply.getObjectBuilder();
+    switch (method) {
+    case Method::Get:
+        answer(framework.retrieveResource(rest, restLength, &object, builder), retrieving, rest);
+        return;
+    case Method::Post: {
+        if (!readBody()) {
+            return;
+        }
+        unsigned int offset = 0;
+        unsigned int length = 0;
+        if (Uri::retrieveFirstPathSegment(rest, restLength, offset, length) &&
+            isSegmentPrefixOf(rest + offset, length, "engines")) {
+            controlEngines();
+            return;
+        }
+        answer(framework.createResource(rest, restLength, &object, builder), creating, rest);
+        return;
+    }
+    case Method::Delete:
+        answer(framework.deleteResource(rest, restLength, &object, builder), deleting, rest);
+        return;
+    case Method::Options:
+        // OPTIONS on a good path with a good query: its answer went out above. Any client can send it,
+        // so it must not reach the assertion below, whose default would end the host.
+        return;
+    case Method::Unknown:
+        break;
+    }
+    TOV_ASSERT(false, "unknown request, should have been handled before");
+}
+
+// The JSON body joins the query's values in one object. What the reader reports is the client's
+// fault: it goes to the facilities' logger as warnings, so that the logger is not marked with an error.
+bool RequestContext::readBody()
+{
+    HTTPLinkInput body(connection, maximumBodySize);
+    WarningLogger relaxed(*logger);
+    if (!deserializeDynamicObjectFromJson(object, body, &relaxed) || relaxed.hasErrors()) {
+        TOV_LOG_WARNING(logger, "HTTP request: invalid request data (see above for further information).");
+        reply.sendStatus(JsonHttpReply::BadRequest);
+        return false;
+    }
+    return true;
+}
+
+// Each top-level key names an engine: an integer (0 or not) or a boolean switches it off or on; values
+// of other kinds are passed over.
+void RequestContext::controlEngines()
+{
+    for (DynamicObjectIterator iterator(object, 0, 0); !iterator.end(); iterator.next()) {
+        // The walk starts with the root itself, which is no key.
+        if (iterator.getKeyLength() == 0) {
+            continue;
+        }
+        const unsigned int property = iterator.getProperty();
+        bool enable = false;
+        switch (object.getType(property)) {
+        case type::integer:
+            enable = object.getInt(property) != 0;
+            break;
+        case type::boolean:
+            enable = object.getBool(property);
+            break;
+        default:
+            continue;
+        }
+        if (enable) {
+            framework.enableEngine(iterator.getKey());
+        } else {
+            framework.disableEngine(iterator.getKey());
+        }
+    }
+    AbstractObjectBuilder& builder = reply.getObjectBuilder();
+    builder.begin();
+    builder.beginObject();
+    builder.endObject();
+    builder.end();
+    reply.sendStatus(JsonHttpReply::Ok);
+    // Kept: a second head and the body again follow the first reply; clients act on the first head and
+    // on "Connection: close".
+    reply.sendStatus(JsonHttpReply::NoContent);
+}
+
+void RequestContext::answer(resources::Status status, const Operation& operation, const char* rest)
+{
+    switch (status) {
+    case resources::Ok:
+        reply.sendStatus(logger->hasErrors() ? JsonHttpReply::InternalServerError : JsonHttpReply::Ok);
+        return;
+    case resources::Error:
+        TOV_LOG_WARNING(logger, "HTTP request: error while " << operation.verb << " resource '" << rest
+                                                             << (queryLength != 0 ? "?" : "") << query << "'.");
+        reply.sendStatus(JsonHttpReply::BadRequest);
+        return;
+    default:
+        TOV_LOG_WARNING(logger, "HTTP request: unknown resource '" << rest << (queryLength != 0 ? "?" : "") << query
+                                                                   << "'.");
+        reply.sendStatus(operation.unknownStatus);
+        return;
+    }
+}
+
+} // namespace
+
+void HTTPServer::handleRequest(InspectionFramework& framework, HTTPConnection& connection)
+{
+    RequestContext request(framework, connection);
+    request.handle();
+}
+
+} // namespace impl
+} // namespace debugger
+} // namespace utils
+} // namespace tov

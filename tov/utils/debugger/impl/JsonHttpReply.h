@@ -1,0 +1,78 @@
+#pragma once
+// JsonHttpReply: one HTTP reply in the making. JSON is built through getObjectBuilder into memory, and
+// sendStatus writes the head and the whole body at once. Sending twice sends the body twice.
+//   JsonHttpReply reply(connection, logger);
+//   engine.retrieveResource(path, length, &query, reply.getObjectBuilder()); reply.sendStatus(0);   // 200
+
+#include <tov/utils/AbstractDataInputOutput.h>
+#include <tov/utils/Export.h>
+#include <tov/utils/JsonObjectBuilder.h>
+#include <tov/utils/String.h>
+
+namespace tov {
+namespace utils {
+namespace debugger {
+namespace impl {
+
+class HTTPConnection;
+
+class TOV_UTILS_API JsonHttpReply {
+public:
+    // The body: written by the builder, never read back through the stream interface.
+    class TOV_UTILS_API Buffer : public AbstractDataInputOutput {
+    public:
+        Buffer();
+        ~Buffer();
+
+        bool isWritable() const override;
+        bool write(const char* buffer, unsigned int size, AbstractLogger* logger) override;
+        bool isReadable() const override;
+        bool read(char* buffer, unsigned int& size, AbstractLogger* logger) override;
+
+        String getText() const;
+        // After a failed write, so that the next reply can be written.
+        void clearState();
+
+    private:
+        OStringStream stream;
+    };
+
+    // Indices of the status table given to sendStatus; any other index stands for 500.
+    enum StatusIndex {
+        Ok = 0,
+        Created = 1,
+        NoContent = 2,
+        BadRequest = 3,
+        Unauthorized = 4,
+        Forbidden = 5,
+        NotFound = 6,
+        MethodNotAllowed = 7,
+        InternalServerError = 8,
+        NotImplemented = 9
+    };
+
+    // `connection` must outlive the reply; `logger` may be null.
+    JsonHttpReply(HTTPConnection& connection, AbstractLogger* logger);
+    ~JsonHttpReply();
+    JsonHttpReply(const JsonHttpReply&) = delete;
+    JsonHttpReply& operator=(const JsonHttpReply&) = delete;
+
+    AbstractObjectBuilder& getObjectBuilder();
+    // Writes the head of the status and everything built so far; the body stays for a later send.
+    void sendStatus(unsigned int statusIndex);
+
+    // The code and reason phrase of a status index.
+    static unsigned int getStatusCode(unsigned int statusIndex);
+    static const char* getReasonPhrase(unsigned int statusIndex);
+
+private:
+    HTTPConnection& connection;
+    AbstractLogger* logger;
+    Buffer buffer;
+    JsonObjectBuilder builder;
+};
+
+} // namespace impl
+} // namespace debugger
+} // namespace utils
+} // namespace tov
