@@ -16,8 +16,8 @@ class TOV_UTILS_API HitCountFilter : public AbstractEventFilter {
     TOV_STATIC_OBJECT
 
 public:
-    // Any other value lets nothing through.
-    enum Mode { atLeast = 0, exactly = 1, everyMultiple = 2 };
+    // Any other value lets nothing through; the fixed underlying type makes such a value legal.
+    enum Mode : int { atLeast = 0, exactly = 1, everyMultiple = 2 };
 
     explicit HitCountFilter(int count = 1, Mode mode = atLeast);
     ~HitCountFilter() override;

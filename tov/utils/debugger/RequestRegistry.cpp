@@ -80,8 +80,12 @@ unsigned int RequestRegistry::doSubscribe(AbstractEventRequest* request, Abstrac
     // Read first: a listener told of the initialization may already unsubscribe the request.
     const unsigned int handle = request->getHandle();
     // The start of the debugger may lie in the past, so a subscriber is told at once, under the lock.
+    // The request is in hand meanwhile, as one that a firing walks to.
     if (request->getTypeId() == InitializationRequest::getClassTypeId()) {
+        inHand.push_back(request);
         static_cast<InitializationRequest*>(request)->notify();
+        inHand.pop_back();
+        destroyRetiredRequests();
     }
     return handle;
 }
@@ -147,26 +151,28 @@ void RequestRegistry::destroyIterator(RequestIterator* iterator)
 
 // A firing thread holds the request that its iterator gave last, unlocked, while another thread may
 // unsubscribe it (a client over HTTP, say) or one of its own listeners does. Destroying it then would
-// pull it from under the firing; it waits in `retired` until no iterator holds it any more.
+// pull it from under the firing; it waits in `retired` until nothing holds it any more.
 void RequestRegistry::destroyRequest(AbstractEventRequest* request)
 {
-    for (const RequestIterator* iterator : iterators) {
-        if (iterator->getCurrent() == request) {
-            retired.push_back(request);
-            return;
-        }
+    if (isInHand(request)) {
+        retired.push_back(request);
+    } else {
+        TOV_DELETE(request);
     }
-    TOV_DELETE(request);
+}
+
+bool RequestRegistry::isInHand(const AbstractEventRequest* request) const
+{
+    const auto holds = [request](const RequestIterator* iterator) { return iterator->getCurrent() == request; };
+    return std::find(inHand.begin(), inHand.end(), request) != inHand.end() ||
+           std::any_of(iterators.begin(), iterators.end(), holds);
 }
 
 void RequestRegistry::destroyRetiredRequests()
 {
     for (size_t index = 0; index < retired.size();) {
         AbstractEventRequest* request = retired[index];
-        const bool held = std::any_of(iterators.begin(), iterators.end(), [request](const RequestIterator* iterator) {
-            return iterator->getCurrent() == request;
-        });
-        if (held) {
+        if (isInHand(request)) {
             ++index;
         } else {
             retired.erase(retired.begin() + static_cast<std::ptrdiff_t>(index));

@@ -61,6 +61,7 @@ private:
                              unsigned int filterCount);
     // The caller holds `mutex`.
     void destroyRequest(AbstractEventRequest* request);
+    bool isInHand(const AbstractEventRequest* request) const;
     void destroyRetiredRequests();
 
     // Recursive because listeners call back.
@@ -69,7 +70,9 @@ private:
     // Owned, in order of subscription.
     Vector<AbstractEventRequest*> requests;
     Vector<RequestIterator*> iterators;
-    // Unsubscribed while a walk was visiting them; destroyed once no iterator holds them.
+    // Initialization requests telling their listeners at subscription, innermost last.
+    Vector<AbstractEventRequest*> inHand;
+    // Unsubscribed while a walk or an initialization was telling them; destroyed once nothing holds them.
     Vector<AbstractEventRequest*> retired;
 };
 
