@@ -1,3 +1,4 @@
 tov_add_test_suite(tov_event_tests
   utils/debugger/EventRequestTest.cpp
-  utils/debugger/RequestRegistryTest.cpp)
+  utils/debugger/RequestRegistryTest.cpp
+  utils/debugger/impl/EventFilterFactoryTest.cpp)
