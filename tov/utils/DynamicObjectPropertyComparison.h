@@ -17,7 +17,8 @@ class DynamicObject;
 class TOV_UTILS_API DynamicObjectPropertyComparison {
 public:
     // The property's value is on the left, the constant on the right.
-    enum Comparator {
+    // A fixed underlying type: a number outside the list is a value that evaluate can refuse.
+    enum Comparator : int {
         equal = 0,
         notEqual = 1,
         greater = 2,

@@ -10,7 +10,8 @@ namespace tov {
 namespace utils {
 
 namespace type {
-enum Type {
+// A fixed underlying type, so that any number read from a node or given by a caller is a value of it.
+enum Type : int {
     null = 0,
     integer = 1,
     real = 2,

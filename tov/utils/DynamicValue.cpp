@@ -41,16 +41,18 @@ DynamicValue::DynamicValue(bool flag) : type(type::boolean)
     value.boolean = flag;
 }
 
+// A null text gives an empty string. It is reported before the string is made, so that an assertion
+// function that throws leaves nothing behind; one that returns finds the value as it would otherwise be.
 DynamicValue::DynamicValue(const char* text) : type(type::string)
 {
-    value.string = TOV_NEW String(text != nullptr ? text : "");
     TOV_ASSERT(text != nullptr, "null pointer not allowed as string value initializer for DynamicValue");
+    value.string = TOV_NEW String(text != nullptr ? text : "");
 }
 
 DynamicValue::DynamicValue(const char* text, unsigned int length) : type(type::string)
 {
-    value.string = text != nullptr ? TOV_NEW String(text, length) : TOV_NEW String();
     TOV_ASSERT(text != nullptr, "null pointer not allowed as string value initializer for DynamicValue");
+    value.string = text != nullptr ? TOV_NEW String(text, length) : TOV_NEW String();
 }
 
 DynamicValue::DynamicValue(const DynamicValue& other) : type(type::null)
