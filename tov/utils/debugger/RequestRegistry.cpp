@@ -122,6 +122,14 @@ void RequestRegistry::unsubscribeAll()
 
 void RequestRegistry::accept(AbstractEventRequestVisitor& visitor)
 {
+    // Nobody subscribed, the usual case while nobody inspects: a walk would find nothing at its first
+    // look, so it is spared its allocation.
+    {
+        ScopedMutex guard(mutex);
+        if (requests.empty()) {
+            return;
+        }
+    }
     RequestIterator* iterator = createIterator();
     IteratorGuard guard(*this, iterator);
     while (AbstractEventRequest* request = iterator->next()) {

@@ -1,0 +1,1 @@
+tov_add_benchmark(bench_events EventBench.cpp)
