@@ -18,18 +18,6 @@ using testing::AssertionTest;
 
 class DynamicValueTest : public AssertionTest {};
 
-TEST_F(DynamicValueTest, ConstructorsSetTheKind)
-{
-    EXPECT_EQ(type::null, DynamicValue().getType());
-    EXPECT_EQ(type::integer, DynamicValue(-3).getType());
-    EXPECT_EQ(-3, DynamicValue(-3).getInt());
-    EXPECT_EQ(1LL << 40, DynamicValue(1LL << 40).getInt());
-    EXPECT_EQ(type::real, DynamicValue(0.5).getType());
-    EXPECT_EQ(type::boolean, DynamicValue(false).getType());
-    EXPECT_EQ(type::string, DynamicValue("x").getType());
-    EXPECT_EQ(3u, DynamicValue("abcdef", 3).getStringLength());
-}
-
 TEST_F(DynamicValueTest, NumbersConvertAndOtherKindsAssert)
 {
     EXPECT_EQ(2, DynamicValue(2.9).getInt());
