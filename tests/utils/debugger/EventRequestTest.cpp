@@ -66,32 +66,12 @@ public:
 template <typename Visitor, typename Request>
 class Marking : public Visitor {
 public:
-    explicit Marking(std::string& marks, char mark) : Visitor(), marks(marks), mark(mark) {}
+    template <typename... Arguments>
+    Marking(std::string& marks, char mark, Arguments... arguments) : Visitor(arguments...), marks(marks), mark(mark)
+    {
+    }
     using Visitor::visit;
     void visit(Request&) override { marks += mark; }
-
-private:
-    std::string& marks;
-    char mark;
-};
-
-template <typename Visitor, typename Request>
-class MarkingWithEntity : public Visitor {
-public:
-    MarkingWithEntity(std::string& marks, char mark) : Visitor(0), marks(marks), mark(mark) {}
-    using Visitor::visit;
-    void visit(Request&) override { marks += mark; }
-
-private:
-    std::string& marks;
-    char mark;
-};
-
-class MarkingBreakpoint : public BreakpointRequestVisitor {
-public:
-    MarkingBreakpoint(std::string& marks, char mark) : BreakpointRequestVisitor(0, nullptr), marks(marks), mark(mark) {}
-    using BreakpointRequestVisitor::visit;
-    void visit(BreakpointRequest&) override { marks += mark; }
 
 private:
     std::string& marks;
@@ -394,10 +374,10 @@ TEST(EventRequests, ASuspensionRejectedByItsEntitiesFiltersTellsNobody)
 TEST(RequestVisitors, EachVisitorActsOnRequestsOfItsOwnClassOnly)
 {
     std::string marks;
-    MarkingBreakpoint breakpoint(marks, 'B');
-    MarkingWithEntity<TargetSuspendRequestVisitor, TargetSuspendRequest> suspension(marks, 'S');
-    MarkingWithEntity<EntityRegistrationRequestVisitor, EntityRegistrationRequest> registration(marks, 'R');
-    MarkingWithEntity<EntityUnregistrationRequestVisitor, EntityUnregistrationRequest> unregistration(marks, 'U');
+    Marking<BreakpointRequestVisitor, BreakpointRequest> breakpoint(marks, 'B', 0u, nullptr);
+    Marking<TargetSuspendRequestVisitor, TargetSuspendRequest> suspension(marks, 'S', 0u);
+    Marking<EntityRegistrationRequestVisitor, EntityRegistrationRequest> registration(marks, 'R', 0u);
+    Marking<EntityUnregistrationRequestVisitor, EntityUnregistrationRequest> unregistration(marks, 'U', 0u);
     Marking<InitializationRequestVisitor, InitializationRequest> initialization(marks, 'I');
     Marking<TerminationRequestVisitor, TerminationRequest> termination(marks, 'T');
     Marking<TargetDisconnectRequestVisitor, TargetDisconnectRequest> disconnection(marks, 'D');
