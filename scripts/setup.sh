@@ -8,7 +8,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   libprotobuf-dev protobuf-compiler
   libyajl-dev
-  libcivetweb-dev
+  libcivetweb-dev wrk
   clang libclang-rt-14-dev
   nlohmann-json3-dev rapidjson-dev
 )

@@ -4,11 +4,9 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
-#include <cstring>
-#include <fcntl.h>
 #include <netinet/in.h>
-#include <poll.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 namespace tov {
@@ -29,14 +27,12 @@ sockaddr_in loopback(unsigned int port)
 
 std::string HttpReply::header(const std::string& name) const
 {
-    const std::string key = "\r\n" + name + ": ";
-    const std::size_t start = head.find(key);
+    const std::size_t start = head.find("\r\n" + name + ": ");
     if (start == std::string::npos) {
         return "";
     }
-    const std::size_t valueStart = start + key.size();
-    const std::size_t end = head.find("\r\n", valueStart);
-    return head.substr(valueStart, end == std::string::npos ? std::string::npos : end - valueStart);
+    const std::size_t value = start + name.size() + 4;
+    return head.substr(value, head.find("\r\n", value) - value);
 }
 
 unsigned int findFreePort()
@@ -44,66 +40,43 @@ unsigned int findFreePort()
     const int probe = ::socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address = loopback(0);
     socklen_t size = sizeof(address);
-    unsigned int port = 0;
-    if (::bind(probe, reinterpret_cast<sockaddr*>(&address), sizeof(address)) == 0 &&
-        ::getsockname(probe, reinterpret_cast<sockaddr*>(&address), &size) == 0) {
-        port = ntohs(address.sin_port);
-    }
+    ::bind(probe, reinterpret_cast<sockaddr*>(&address), sizeof(address));
+    ::getsockname(probe, reinterpret_cast<sockaddr*>(&address), &size);
     ::close(probe);
-    return port;
+    return ntohs(address.sin_port);
 }
 
 RawHttpClient::RawHttpClient(unsigned int port, int timeoutMilliseconds)
-    : port(port), timeoutMilliseconds(timeoutMilliseconds), socket(-1)
+    : port(port), timeoutMilliseconds(timeoutMilliseconds)
 {
 }
 
 RawHttpClient::~RawHttpClient()
 {
-    close();
+    if (socket >= 0) {
+        ::close(socket);
+    }
 }
 
-bool RawHttpClient::wait(short events)
-{
-    pollfd descriptor{socket, events, 0};
-    return ::poll(&descriptor, 1, timeoutMilliseconds) == 1;
-}
-
+// The time-outs bound connect (on Linux), every send and every receive.
 bool RawHttpClient::connect()
 {
-    close();
     socket = ::socket(AF_INET, SOCK_STREAM, 0);
-    if (socket < 0) {
-        return false;
-    }
-    ::fcntl(socket, F_SETFL, ::fcntl(socket, F_GETFL) | O_NONBLOCK);
+    const timeval timeout{timeoutMilliseconds / 1000, (timeoutMilliseconds % 1000) * 1000};
+    ::setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof(timeout));
+    ::setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof(timeout));
     const sockaddr_in address = loopback(port);
-    if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0) {
-        return true;
-    }
-    if (errno != EINPROGRESS || !wait(POLLOUT)) {
-        return false;
-    }
-    int error = 0;
-    socklen_t size = sizeof(error);
-    ::getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &size);
-    return error == 0;
+    return ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0;
 }
 
 bool RawHttpClient::send(const std::string& bytes)
 {
-    std::size_t sent = 0;
-    while (sent < bytes.size()) {
+    for (std::size_t sent = 0; sent < bytes.size();) {
         const ssize_t count = ::send(socket, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
-        if (count > 0) {
-            sent += static_cast<std::size_t>(count);
-        } else if (count < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
-            if (!wait(POLLOUT)) {
-                return false;
-            }
-        } else {
+        if (count <= 0) {
             return false;
         }
+        sent += static_cast<std::size_t>(count);
     }
     return true;
 }
@@ -113,32 +86,18 @@ std::string RawHttpClient::receiveAll(bool* closed)
     std::string received;
     char buffer[65536];
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMilliseconds);
-    bool ended = false;
-    while (!ended && std::chrono::steady_clock::now() < deadline) {
-        pollfd descriptor{socket, POLLIN, 0};
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-        if (::poll(&descriptor, 1, static_cast<int>(left.count()) + 1) != 1) {
-            break;
-        }
-        const ssize_t count = ::recv(socket, buffer, sizeof(buffer), 0);
+    ssize_t count = 1;
+    while (count > 0 && std::chrono::steady_clock::now() < deadline) {
+        count = ::recv(socket, buffer, sizeof(buffer), 0);
         if (count > 0) {
             received.append(buffer, static_cast<std::size_t>(count));
-        } else if (count == 0 || (errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR)) {
-            ended = true;   // closed, or reset by a server that stopped reading
         }
     }
     if (closed != nullptr) {
-        *closed = ended;
+        // 0 is an orderly close; a reset (ECONNRESET) comes from a server that closed without reading all.
+        *closed = count == 0 || (count < 0 && errno == ECONNRESET);
     }
     return received;
-}
-
-void RawHttpClient::close()
-{
-    if (socket >= 0) {
-        ::close(socket);
-        socket = -1;
-    }
 }
 
 std::string RawHttpClient::exchange(unsigned int port, const std::string& request, int timeoutMilliseconds)
@@ -147,27 +106,20 @@ std::string RawHttpClient::exchange(unsigned int port, const std::string& reques
     if (!client.connect()) {
         return "";
     }
-    client.send(request);   // a server may answer and close before it has read everything
+    client.send(request);   // the server may answer and close before it has read everything
     return client.receiveAll();
 }
 
 std::vector<HttpReply> RawHttpClient::parseReplies(const std::string& raw)
 {
     std::vector<HttpReply> replies;
-    std::size_t position = 0;
-    while (position < raw.size()) {
-        const std::size_t headEnd = raw.find("\r\n\r\n", position);
-        if (headEnd == std::string::npos) {
-            break;
-        }
+    for (std::size_t position = 0, headEnd; (headEnd = raw.find("\r\n\r\n", position)) != std::string::npos;) {
         HttpReply reply;
         reply.head = raw.substr(position, headEnd + 2 - position);
-        const std::size_t space = reply.head.find(' ');
-        reply.status = space == std::string::npos ? 0 : std::atoi(reply.head.c_str() + space + 1);
+        reply.status = std::atoi(reply.head.c_str() + reply.head.find(' ') + 1);
         position = headEnd + 4;
         const std::string length = reply.header("Content-Length");
-        const std::size_t bodySize = length.empty() ? raw.size() - position : std::stoul(length);
-        reply.body = raw.substr(position, bodySize);
+        reply.body = raw.substr(position, length.empty() ? std::string::npos : std::stoul(length));
         position += reply.body.size();
         replies.push_back(reply);
     }

@@ -1,6 +1,6 @@
 #pragma once
 // A raw HTTP client for tests over loopback: it sends bytes exactly as given, so that malformed requests
-// can be sent, and reads everything until the server closes. Every socket operation has a deadline.
+// can be sent, and reads until the server closes. Every socket operation is bounded by the time-out.
 
 #include <string>
 #include <vector>
@@ -10,11 +10,10 @@ namespace testing {
 
 struct HttpReply {
     int status = 0;
-    std::string head;   // the status line and the header lines, up to the blank line
+    std::string head;   // the status line and the header lines, each with its CR LF
     std::string body;
 
-    // The value of a header, "" when absent.
-    std::string header(const std::string& name) const;
+    std::string header(const std::string& name) const;   // "" when absent
 };
 
 // A port that nothing listens on at 127.0.0.1 right now.
@@ -28,24 +27,20 @@ public:
     RawHttpClient& operator=(const RawHttpClient&) = delete;
 
     bool connect();
-    // False when the deadline passes or the server closes first.
+    // False when the server stops reading or closes first.
     bool send(const std::string& bytes);
-    // Everything until the server closes; `closed` tells whether it did before the deadline.
+    // Everything until the server closes; `closed` tells whether it did before the time-out.
     std::string receiveAll(bool* closed = nullptr);
-    void close();
 
-    // Connects, sends, receives: the raw answer ("" when the connection failed).
+    // Connect, send, receive: the raw answer, "" when nobody listens.
     static std::string exchange(unsigned int port, const std::string& request, int timeoutMilliseconds = 10000);
-    // The replies that follow one another in `raw`, each with the body its Content-Length gives (or the
-    // rest when there is none).
+    // The replies one after another in `raw`, each body as long as its Content-Length (or the rest).
     static std::vector<HttpReply> parseReplies(const std::string& raw);
 
 private:
-    bool wait(short events);
-
     unsigned int port;
     int timeoutMilliseconds;
-    int socket;
+    int socket = -1;
 };
 
 } // namespace testing

@@ -51,7 +51,8 @@ public:
     // Serves the engines over HTTP on every interface of the machine. A host that keeps the inspector
     // to itself prefers the form with an address.
     bool startHttp(unsigned int port);
-    // Listens on one address only: "127.0.0.1" for loopback, an IPv6 address in brackets ("[::1]").
+    // Listens on one IPv4 address only, "127.0.0.1" for loopback; an address the server cannot listen
+    // on fails the start.
     bool startHttp(const char* address, unsigned int port);
     // Waits until the request in progress is answered; must not be called from inside an engine.
     void shutdownHttp();

@@ -72,7 +72,7 @@ void JsonHttpReply::Buffer::clearState()
 }
 
 JsonHttpReply::JsonHttpReply(HTTPConnection& connection, AbstractLogger* logger)
-    : connection(connection), logger(logger), builder(buffer, false)
+    : connection(connection), builder(buffer, false)
 {
     builder.setLogger(logger);
 }

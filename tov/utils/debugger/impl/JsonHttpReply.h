@@ -51,7 +51,7 @@ public:
         NotImplemented = 9
     };
 
-    // `connection` must outlive the reply; `logger` may be null.
+    // `connection` must outlive the reply; `logger` (may be null) hears of the builder's failures.
     JsonHttpReply(HTTPConnection& connection, AbstractLogger* logger);
     ~JsonHttpReply();
     JsonHttpReply(const JsonHttpReply&) = delete;
@@ -67,7 +67,6 @@ public:
 
 private:
     HTTPConnection& connection;
-    AbstractLogger* logger;
     Buffer buffer;
     JsonObjectBuilder builder;
 };

@@ -1,0 +1,4 @@
+# Not a Google Benchmark program: a host that bench/inspector.sh loads over HTTP with wrk.
+find_package(CivetWeb REQUIRED)
+add_executable(bench_inspector_host InspectorBenchHost.cpp)
+target_link_libraries(bench_inspector_host PRIVATE tov::utils CivetWeb::CivetWeb)

@@ -1,0 +1,172 @@
+// Feeds arbitrary requests to the inspection server's request handler, without sockets: the input is
+// split at its first three line ends into method, path, query and body. The assertion function stays
+// the default, so an assertion that a client could reach ends the run as a crash. Every answer must be
+// well formed: heads whose Content-Length gives exactly the body that follows.
+
+#include <tov/utils/AbstractLogger.h>
+#include <tov/utils/AbstractObjectBuilder.h>
+#include <tov/utils/Facilities.h>
+#include <tov/utils/System.h>
+#include <tov/utils/debugger/AbstractEngine.h>
+#include <tov/utils/debugger/InspectionFramework.h>
+#include <tov/utils/debugger/impl/HTTPConnection.h>
+#include <tov/utils/debugger/impl/HTTPServer.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+namespace {
+
+using tov::utils::AbstractObjectBuilder;
+using tov::utils::DynamicObject;
+namespace debugger = tov::utils::debugger;
+
+class FuzzConnection : public debugger::impl::HTTPConnection {
+public:
+    FuzzConnection(std::string method, std::string path, std::string query, std::string body)
+        : method(std::move(method)), path(std::move(path)), query(std::move(query)), body(std::move(body))
+    {
+    }
+
+    const char* getMethod() const override { return method.c_str(); }
+    const char* getPath() const override { return path.c_str(); }
+    const char* getQuery() const override { return query.c_str(); }
+    int read(char* buffer, unsigned int size) override
+    {
+        const std::size_t count = std::min<std::size_t>(size, body.size() - position);
+        std::memcpy(buffer, body.data() + position, count);
+        position += count;
+        return static_cast<int>(count);
+    }
+    int write(const char* data, unsigned int size) override
+    {
+        written.append(data, size);
+        return static_cast<int>(size);
+    }
+
+    std::string written;
+
+private:
+    std::string method;
+    std::string path;
+    std::string query;
+    std::string body;
+    std::size_t position = 0;
+};
+
+// Answers with what it was given, fails after writing half an answer, or knows nothing.
+class EchoEngine : public debugger::AbstractEngine {
+public:
+    EchoEngine(const char* path, debugger::resources::Status status) : AbstractEngine(path, true), status(status) {}
+
+    debugger::resources::Status retrieveResource(const char* path, unsigned int length, const DynamicObject*,
+                                                 AbstractObjectBuilder& builder) const override
+    {
+        builder.begin();
+        builder.beginObject();
+        builder.objectChild("rest");
+        builder.string(path, length);
+        if (status == debugger::resources::Ok) {
+            builder.endObject();
+            builder.end();
+        }
+        return status;
+    }
+    debugger::resources::Status createResource(const char* path, unsigned int length, const DynamicObject* query,
+                                               AbstractObjectBuilder& builder) override
+    {
+        return retrieveResource(path, length, query, builder);
+    }
+    debugger::resources::Status deleteResource(const char* path, unsigned int length, const DynamicObject* query,
+                                               AbstractObjectBuilder& builder) override
+    {
+        return retrieveResource(path, length, query, builder);
+    }
+
+private:
+    debugger::resources::Status status;
+};
+
+// Every level on, so that every message is composed; nothing is kept.
+class DiscardingLogger : public tov::utils::AbstractLogger {
+public:
+    DiscardingLogger() : AbstractLogger(true, true, true) {}
+
+protected:
+    void doLogError(const tov::utils::ErrorType&, const char*, unsigned int, const char*) override {}
+};
+
+std::string takeLine(const std::uint8_t*& data, std::size_t& size)
+{
+    const std::uint8_t* end = static_cast<const std::uint8_t*>(std::memchr(data, '\n', size));
+    const std::size_t length = end != nullptr ? static_cast<std::size_t>(end - data) : size;
+    std::string line(reinterpret_cast<const char*>(data), length);
+    const std::size_t consumed = std::min(size, length + 1);
+    data += consumed;
+    size -= consumed;
+    return line;
+}
+
+void checkReplies(const std::string& written)
+{
+    std::size_t position = 0;
+    if (written.empty()) {
+        std::abort();   // every request gets an answer
+    }
+    while (position < written.size()) {
+        if (written.compare(position, 9, "HTTP/1.1 ") != 0) {
+            std::abort();
+        }
+        const std::size_t headEnd = written.find("\r\n\r\n", position);
+        if (headEnd == std::string::npos) {
+            std::abort();
+        }
+        const std::string head = written.substr(position, headEnd - position);
+        const std::size_t lengthAt = head.find("Content-Length: ");
+        if (lengthAt == std::string::npos) {
+            std::abort();
+        }
+        const std::size_t bodySize = std::strtoul(head.c_str() + lengthAt + 16, nullptr, 10);
+        position = headEnd + 4 + bodySize;
+        if (position > written.size()) {
+            std::abort();
+        }
+    }
+}
+
+struct Host {
+    Host() : world("world", debugger::resources::Ok), broken("broken", debugger::resources::Error),
+             nested("events/sub", debugger::resources::NotFound)
+    {
+        tov::utils::initialize(nullptr);
+        tov::utils::Facilities::instance().setLogger(logger);
+        debugger::InspectionFramework& framework = tov::utils::Facilities::instance().getInspectionFramework();
+        framework.registerEngine(world);
+        framework.registerEngine(broken);
+        framework.registerEngine(nested);
+    }
+
+    DiscardingLogger logger;
+    EchoEngine world;
+    EchoEngine broken;
+    EchoEngine nested;
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    static Host host;
+    std::string method = takeLine(data, size);
+    std::string path = takeLine(data, size);
+    std::string query = takeLine(data, size);
+    FuzzConnection connection(method, path, query, std::string(reinterpret_cast<const char*>(data), size));
+    debugger::impl::HTTPServer::handleRequest(tov::utils::Facilities::instance().getInspectionFramework(),
+                                              connection);
+    checkReplies(connection.written);
+    host.logger.resetErrors();
+    return 0;
+}

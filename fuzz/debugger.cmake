@@ -1,0 +1,1 @@
+tov_add_fuzzer(fuzz_http_request HttpRequestFuzzer.cpp)
