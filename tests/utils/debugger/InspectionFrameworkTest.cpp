@@ -61,20 +61,20 @@ TEST_F(InspectionTest, AnEngineWithoutOverridesKnowsNoResourceAndSwitchesItsFlag
 
 TEST_F(InspectionTest, RegistrationRefusesAPathTakenAndUnregistrationDisablesFirst)
 {
-    ScriptedEngine& a = addEngine("a");
-    ScriptedEngine& b = addEngine("b", false);
-    addEngine("c");
-    ScriptedEngine second("a", true, resources::Ok);
+    ScriptedEngine& a = addEngine("xa");
+    ScriptedEngine& b = addEngine("xb", false);
+    addEngine("xc");
+    ScriptedEngine second("xa", true, resources::Ok);
     EXPECT_FALSE(framework().registerEngine(second));
-    EXPECT_TRUE(log.has("e: An engine having the same path (a) was already registered."));
-    framework().unregisterEngine("b");
+    EXPECT_TRUE(log.has("e: An engine having the same path (xa) was already registered."));
+    framework().unregisterEngine("xb");
     EXPECT_EQ(0, b.disables.load());   // disabled already
-    framework().unregisterEngine("a");
+    framework().unregisterEngine("xa");
     EXPECT_EQ(1, a.disables.load());
-    // The others keep their order: the empty path meets the first engine, now c.
-    EXPECT_EQ("{\"engine\":\"c\",\"rest\":\"\"}", route(""));
+    // The others keep their order: a segment that all of them begin with meets the first, now xc.
+    EXPECT_EQ("{\"engine\":\"xc\",\"rest\":\"\"}", route("/x"));
     EXPECT_TRUE(framework().registerEngine(second));
-    framework().unregisterEngine("a");
+    framework().unregisterEngine("xa");
 }
 
 TEST_F(InspectionTest, UnknownPathsAreWarningsThatSayWhatIsIgnored)
@@ -125,26 +125,29 @@ TEST_F(InspectionTest, LooksPathsUpWithoutStoringThem)
     EXPECT_EQ(liveBytes, tov::allocator::Allocator::instance().getLiveBytes());
 }
 
+// The debugger's own engine comes first in the table, so requests that match any engine meet it.
 TEST_F(InspectionTest, RoutesToTheFirstEngineWhoseSegmentsMatchOverTheShorterLength)
 {
-    addEngine("debug");
+    addEngine("probe");
     addEngine("events");
     addEngine("world/agents");
     const std::pair<const char*, const char*> cases[] = {
-        {"/debug/entities/0", "{\"engine\":\"debug\",\"rest\":\"/entities/0\"}"},
-        {"debug", "{\"engine\":\"debug\",\"rest\":\"\"}"},
-        {"/deb/entities", "{\"engine\":\"debug\",\"rest\":\"/entities\"}"},
-        {"/debugger/x", "{\"engine\":\"debug\",\"rest\":\"/x\"}"},
+        {"/probe/entities/0", "{\"engine\":\"probe\",\"rest\":\"/entities/0\"}"},
+        {"probe", "{\"engine\":\"probe\",\"rest\":\"\"}"},
+        {"/pro/entities", "{\"engine\":\"probe\",\"rest\":\"/entities\"}"},
+        {"/prober/x", "{\"engine\":\"probe\",\"rest\":\"/x\"}"},
         {"/ev/x", "{\"engine\":\"events\",\"rest\":\"/x\"}"},
-        {"", "{\"engine\":\"debug\",\"rest\":\"\"}"},
-        {"/", "{\"engine\":\"debug\",\"rest\":\"\"}"},
+        {"/deb", "{\"name\":\"default\",\"description\":\"\"}"},
+        {"", "{\"name\":\"default\",\"description\":\"\"}"},
+        {"/", "{\"name\":\"default\",\"description\":\"\"}"},
+        {"/debug/", "[]"},   // "/" is not the empty path: the debugger lists its entities
         // Two segments: the offsets add up, so the walk moves on instead of going back and forth.
         {"/world/agents/7/pos", "{\"engine\":\"world/agents\",\"rest\":\"/7/pos\"}"},
         {"/w/a", "{\"engine\":\"world/agents\",\"rest\":\"\"}"},
         {"/world", "{\"engine\":\"world/agents\",\"rest\":\"\"}"},   // an empty segment matches any
         {"/world/x", "-"},
         {"/zebra", "-"},
-        {"//debug", "-"},   // not a path
+        {"//probe", "-"},   // not a path
     };
     for (const auto& c : cases) {
         EXPECT_EQ(c.second, route(c.first)) << c.first;

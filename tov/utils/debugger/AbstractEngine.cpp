@@ -1,5 +1,7 @@
 #include <tov/utils/debugger/AbstractEngine.h>
 
+#include <tov/utils/debugger/EngineDebuggerFacade.h>
+
 namespace tov {
 namespace utils {
 namespace debugger {
@@ -16,12 +18,20 @@ void AbstractEngine::setDebuggerFacade(EngineDebuggerFacade& facade)
     this->facade = &facade;
 }
 
-// Entities reach the debugger through the facade. Until the debugger's EngineDebuggerFacade joins the
-// library no facade can be handed out, so these two have nobody to tell yet; once it exists they forward
-// to its onEntitiesRegistration and onEntitiesUnregistration with this engine first, when a facade is set.
-void AbstractEngine::onEntitiesRegistration(const unsigned int*, unsigned int) {}
+// Entities reach the debugger through the facade; an engine that no framework registered has none.
+void AbstractEngine::onEntitiesRegistration(const unsigned int* ids, unsigned int count)
+{
+    if (facade != nullptr) {
+        facade->onEntitiesRegistration(*this, ids, count);
+    }
+}
 
-void AbstractEngine::onEntitiesUnregistration(const unsigned int*, unsigned int) {}
+void AbstractEngine::onEntitiesUnregistration(const unsigned int* ids, unsigned int count)
+{
+    if (facade != nullptr) {
+        facade->onEntitiesUnregistration(*this, ids, count);
+    }
+}
 
 resources::Status AbstractEngine::retrieveResource(const char*, unsigned int, const DynamicObject*,
                                                    AbstractObjectBuilder&) const

@@ -14,12 +14,15 @@
 #include <tov/utils/debugger/AbstractEventRequestVisitor.h>
 #include <tov/utils/debugger/BreakpointRequest.h>
 #include <tov/utils/debugger/BreakpointRequestVisitor.h>
+#include <tov/utils/debugger/DebuggerFramework.h>
+#include <tov/utils/debugger/EngineDebuggerFacade.h>
 #include <tov/utils/debugger/EntitiesFilter.h>
 #include <tov/utils/debugger/EntitiesFilterVisitor.h>
 #include <tov/utils/debugger/EntityRegistrationRequest.h>
 #include <tov/utils/debugger/EntityRegistrationRequestVisitor.h>
 #include <tov/utils/debugger/EntityUnregistrationRequest.h>
 #include <tov/utils/debugger/EntityUnregistrationRequestVisitor.h>
+#include <tov/utils/debugger/ExecutionController.h>
 #include <tov/utils/debugger/HitCountFilter.h>
 #include <tov/utils/debugger/HitCountFilterVisitor.h>
 #include <tov/utils/debugger/InitializationRequest.h>

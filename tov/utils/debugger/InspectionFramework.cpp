@@ -5,6 +5,7 @@
 #include <tov/utils/String.h>
 #include <tov/utils/StringTable.h>
 #include <tov/utils/debugger/AbstractEngine.h>
+#include <tov/utils/debugger/ExecutionController.h>
 #include <tov/utils/debugger/impl/HTTPServer.h>
 #include <tov/utils/debugger/impl/InspectionFrameworkImpl.h>
 
@@ -15,15 +16,15 @@ namespace utils {
 namespace debugger {
 
 // Members are built in this order and destroyed in the reverse one: the server stops before the engine
-// table goes. The ExecutionController takes its place between the name and the implementation when it
-// joins the library.
+// table goes, and the gate outlives the state that opens it.
 struct InspectionFrameworkData {
     InspectionFrameworkData(Facilities& facilities, InspectionFramework& framework)
-        : name("default"), implementation(facilities), server(framework)
+        : name("default"), implementation(facilities, controller), server(framework)
     {
     }
 
     String name;
+    ExecutionController controller;
     impl::InspectionFrameworkImpl implementation;
     impl::HTTPServer server;
 };
@@ -66,6 +67,16 @@ const char* InspectionFramework::getName() const
 void InspectionFramework::setName(const char* name)
 {
     data->name = name != nullptr ? name : "";
+}
+
+DebuggerFramework& InspectionFramework::getDebugger()
+{
+    return data->implementation.getDebugger();
+}
+
+const DebuggerFramework& InspectionFramework::getDebugger() const
+{
+    return data->implementation.getDebugger();
 }
 
 bool InspectionFramework::registerEngine(AbstractEngine& engine)
@@ -203,6 +214,21 @@ resources::Status InspectionFramework::deleteResource(const char* path, unsigned
                                                       const DynamicObject* query, AbstractObjectBuilder& builder)
 {
     return data->implementation.deleteResource(path, length, query, builder);
+}
+
+bool InspectionFramework::unsubscribe(unsigned int handle)
+{
+    return getRegistry().unsubscribe(handle);
+}
+
+void InspectionFramework::unsubscribeAll()
+{
+    getRegistry().unsubscribeAll();
+}
+
+RequestRegistry& InspectionFramework::getRegistry()
+{
+    return data->implementation.getRegistry();
 }
 
 AbstractEventListener& InspectionFramework::getDebuggerListener()

@@ -5,6 +5,7 @@
 //   InspectionFramework& inspector = tov::utils::Facilities::instance().getInspectionFramework();
 //   inspector.registerEngine(myEngine); inspector.enableEngine("world");
 //   inspector.startHttp("127.0.0.1", 8000);   // GET /api/world/... now reaches myEngine
+//   unsigned int handle = inspector.subscribe<BreakpointRequest>(myListener);   // events to myListener
 
 #include <tov/utils/Export.h>
 #include <tov/utils/ScopedPtr.h>
@@ -20,7 +21,10 @@ class Facilities;
 namespace debugger {
 
 class AbstractEngine;
+class AbstractEventFilter;
 class AbstractEventListener;
+class DebuggerFramework;
+class RequestRegistry;
 struct InspectionFrameworkData;
 
 class TOV_UTILS_API InspectionFramework {
@@ -35,6 +39,9 @@ public:
     const Facilities& getFacilities() const;
     const char* getName() const;
     void setName(const char* name);
+    // The engine at "debug": entities, their contexts, and the commands that stop and step them.
+    DebuggerFramework& getDebugger();
+    const DebuggerFramework& getDebugger() const;
 
     // The engine is not owned: it must stay alive until unregistered. False, with an error to the
     // facilities' logger, when its path cannot be hashed or another engine has that path.
@@ -69,7 +76,19 @@ public:
     resources::Status deleteResource(const char* path, unsigned int length, const DynamicObject* query,
                                      AbstractObjectBuilder& builder);
 
+    // Subscribes `listener` to the events of `Request` (one of the seven request classes), through the
+    // given filters, which the subscription owns from here on. Returns the handle, never 0 for a request
+    // class once the library is initialized. The framework itself listens to every subscription too.
+    template <typename Request>
+    unsigned int subscribe(AbstractEventListener& listener, AbstractEventFilter* const* filters = nullptr,
+                           unsigned int filterCount = 0);
+    // False for a handle that is not subscribed.
+    bool unsubscribe(unsigned int handle);
+    // Ends every subscription, also those made by others.
+    void unsubscribeAll();
+
 private:
+    RequestRegistry& getRegistry();
     // Every subscription is also told to the framework itself, through this listener.
     AbstractEventListener& getDebuggerListener();
 
@@ -82,3 +101,5 @@ private:
 } // namespace debugger
 } // namespace utils
 } // namespace tov
+
+#include <tov/utils/debugger/InspectionFramework.inl>

@@ -4,6 +4,7 @@
 #include <tov/utils/Logging.h>
 #include <tov/utils/debugger/InspectionFramework.h>
 #include <tov/utils/debugger/impl/CivetConnection.h>
+#include <tov/utils/debugger/impl/EventFramework.h>
 
 #include <civetweb.h>
 
@@ -25,9 +26,8 @@ struct HTTPServer::Private {
     // Null while stopped.
     mg_context* context;
     mg_callbacks callbacks;
-    // The event engine ("events"), which exists only while the server runs, joins here with the
-    // EventFramework: start builds and registers it before the server starts, and drops it again when
-    // the start fails; stop unregisters and drops it once the worker has ended.
+    // The "events" tree exists only while the server runs, each run with a fresh queue.
+    ScopedPtr<EventFramework> eventEngine;
 };
 
 namespace {
@@ -58,6 +58,15 @@ int onLogMessage(const mg_connection* rawConnection, const char* message)
     }
     TOV_LOG_INFO(getLogger(*server), message);
     return 1;
+}
+
+void dropEventEngine(HTTPServer::Private& server)
+{
+    if (server.eventEngine.get() == nullptr) {
+        return;
+    }
+    server.framework.unregisterEngine(server.eventEngine->getPath());
+    server.eventEngine.reset();
 }
 
 } // namespace
@@ -97,8 +106,14 @@ bool HTTPServer::start(const char* address, unsigned int port)
     // One worker: requests are answered one at a time, in the order in which they were accepted.
     const char* options[] = {"enable_directory_listing", "false", "listening_ports", listeningPorts.c_str(),
                              "num_threads", "1", nullptr};
+    data->eventEngine.reset(TOV_NEW EventFramework(data->framework));
+    // A host engine that took the path first keeps it; the framework logged the clash.
+    if (!data->framework.registerEngine(*data->eventEngine)) {
+        data->eventEngine.reset();
+    }
     data->context = mg_start(&data->callbacks, data.get(), options);
     if (data->context == nullptr) {
+        dropEventEngine(*data);
         TOV_LOG_ERROR(logger, error::unknownError, "Unable to start the inspection HTTP server on port " << port << ".");
         return false;
     }
@@ -124,6 +139,7 @@ void HTTPServer::stop()
     mg_stop(data->context);
     TOV_LOG_INFO(getLogger(*data), "Inspection HTTP server stopped.");
     data->context = nullptr;
+    dropEventEngine(*data);
 }
 
 } // namespace impl

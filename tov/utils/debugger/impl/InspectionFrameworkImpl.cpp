@@ -5,7 +5,18 @@
 #include <tov/utils/ScopedMutex.h>
 #include <tov/utils/StringTable.h>
 #include <tov/utils/Uri.h>
+#include <tov/utils/debugger/AbstractContext.h>
+#include <tov/utils/debugger/AbstractContextFactory.h>
 #include <tov/utils/debugger/AbstractEngine.h>
+#include <tov/utils/debugger/EntityRegistrationRequest.h>
+#include <tov/utils/debugger/EntityRegistrationRequestVisitor.h>
+#include <tov/utils/debugger/EntityUnregistrationRequest.h>
+#include <tov/utils/debugger/EntityUnregistrationRequestVisitor.h>
+#include <tov/utils/debugger/ExecutionController.h>
+#include <tov/utils/debugger/TargetSuspendRequest.h>
+#include <tov/utils/debugger/TargetSuspendRequestVisitor.h>
+#include <tov/utils/debugger/impl/MainContext.h>
+#include <tov/utils/debugger/impl/MainContextFactory.h>
 
 #include <algorithm>
 #include <cstring>
@@ -15,15 +26,66 @@ namespace utils {
 namespace debugger {
 namespace impl {
 
-InspectionFrameworkImpl::InspectionFrameworkImpl(Facilities& facilities)
-    : facilities(&facilities), stateLock(Mutex::Recursive), engineListLock(Mutex::Normal)
+namespace {
+
+class RegistrationNotifier : public EntityRegistrationRequestVisitor {
+public:
+    using EntityRegistrationRequestVisitor::EntityRegistrationRequestVisitor;
+    using EntityRegistrationRequestVisitor::visit;
+    void visit(EntityRegistrationRequest& request) override { request.notify(getEntity()); }
+};
+
+class UnregistrationNotifier : public EntityUnregistrationRequestVisitor {
+public:
+    using EntityUnregistrationRequestVisitor::EntityUnregistrationRequestVisitor;
+    using EntityUnregistrationRequestVisitor::visit;
+    void visit(EntityUnregistrationRequest& request) override { request.notify(getEntity()); }
+};
+
+class SuspensionNotifier : public TargetSuspendRequestVisitor {
+public:
+    using TargetSuspendRequestVisitor::TargetSuspendRequestVisitor;
+    using TargetSuspendRequestVisitor::visit;
+    void visit(TargetSuspendRequest& request) override { request.notify(getEntity()); }
+};
+
+bool isMainContext(const AbstractContext* context)
 {
-    // The debugger engine ("debug") is built and registered here once DebuggerFramework joins the library.
+    return context != nullptr && context->getTypeId() == MainContext::getClassTypeId();
 }
 
-// Once entities and contexts join the library, the first frame of every stack that is not empty (the
-// one that registration pushed) is destroyed here, before the members.
-InspectionFrameworkImpl::~InspectionFrameworkImpl() = default;
+bool holds(const Deque<AbstractContext*>& contexts, const AbstractContext* context)
+{
+    return std::find(contexts.begin(), contexts.end(), context) != contexts.end();
+}
+
+} // namespace
+
+InspectionFrameworkImpl::InspectionFrameworkImpl(Facilities& facilities, ExecutionController& controller)
+    : facilities(&facilities),
+      stateLock(Mutex::Recursive),
+      engineListLock(Mutex::Normal),
+      facade(*this),
+      debugger(*this),
+      controller(&controller),
+      suspendEverything(false),
+      suspendedEntity(invalidEntity),
+      stepOutContext(nullptr),
+      stepOverContext(nullptr)
+{
+    registerEngine(facilities.getStringTable().add(debugger.getPath(), &facilities.getLogger()), debugger);
+}
+
+// The bottom frame of a stack is the MainContext that registration pushed and the framework owns; the
+// frames above belong to their engines.
+InspectionFrameworkImpl::~InspectionFrameworkImpl()
+{
+    for (auto& entry : entityContexts) {
+        if (!entry.second.empty()) {
+            TOV_DELETE(entry.second.front());
+        }
+    }
+}
 
 Facilities& InspectionFrameworkImpl::getFacilities() const
 {
@@ -57,7 +119,7 @@ void InspectionFrameworkImpl::registerEngine(unsigned long long hash, AbstractEn
     ScopedMutex state(stateLock);
     TOV_ASSERT(!engines.has(hash), "There is already a registered engine having path '"
                                        << facilities->getStringTable().retrieve(hash, "unknown") << "'.");
-    // The debugger's facade is handed to the engine here (setDebuggerFacade) once it joins the library.
+    engine.setDebuggerFacade(facade);
     engines.insert(hash, &engine);
 }
 
@@ -208,13 +270,15 @@ resources::Status InspectionFrameworkImpl::deleteResource(const char* path, unsi
     return engine->deleteResource(path + offset, length - offset, query, builder);
 }
 
-// The stepping logic keeps the last suspended entity from onSuspension and onBreakpoint once it joins
-// the library; the other events are of no use to the framework itself.
 void InspectionFrameworkImpl::onInitialization(unsigned int) {}
 
 void InspectionFrameworkImpl::onTermination(unsigned int) {}
 
-void InspectionFrameworkImpl::onSuspension(unsigned int, unsigned int) {}
+// The store takes no lock: it runs on the stopping thread while a command may hold the state lock.
+void InspectionFrameworkImpl::onSuspension(unsigned int, unsigned int entity)
+{
+    suspendedEntity.store(entity, std::memory_order_relaxed);
+}
 
 void InspectionFrameworkImpl::onDisconnection(unsigned int) {}
 
@@ -222,7 +286,397 @@ void InspectionFrameworkImpl::onRegistration(unsigned int, unsigned int) {}
 
 void InspectionFrameworkImpl::onUnregistration(unsigned int, unsigned int) {}
 
-void InspectionFrameworkImpl::onBreakpoint(unsigned int, unsigned int, const Uri&) {}
+void InspectionFrameworkImpl::onBreakpoint(unsigned int, unsigned int entity, const Uri&)
+{
+    suspendedEntity.store(entity, std::memory_order_relaxed);
+}
+
+RequestRegistry& InspectionFrameworkImpl::getRegistry()
+{
+    return requests;
+}
+
+EngineDebuggerFacade& InspectionFrameworkImpl::getFacade()
+{
+    return facade;
+}
+
+DebuggerFramework& InspectionFrameworkImpl::getDebugger()
+{
+    return debugger;
+}
+
+const DebuggerFramework& InspectionFrameworkImpl::getDebugger() const
+{
+    return debugger;
+}
+
+ExecutionController& InspectionFrameworkImpl::getExecutionController() const
+{
+    return *controller;
+}
+
+unsigned long long InspectionFrameworkImpl::computeEngineKey(const AbstractEngine& engine) const
+{
+    const char* path = engine.getPath();
+    if (path == nullptr) {
+        path = "";
+    }
+    return StringTable::computeHash(path, static_cast<unsigned int>(std::strlen(path)),
+                                    facilities->getStringTable().getSeed());
+}
+
+InspectionFrameworkImpl::Stack* InspectionFrameworkImpl::findStack(unsigned int entity) const
+{
+    const EntityIndex::const_iterator slot = entityIndex.find(entity);
+    return slot != entityIndex.end() ? slot->second.stack : nullptr;
+}
+
+InspectionFrameworkImpl::Stack& InspectionFrameworkImpl::getStack(unsigned int entity)
+{
+    EntitySlot& slot = entityIndex[entity];
+    if (slot.stack == nullptr) {
+        slot.stack = &entityContexts[entity];
+    }
+    return *slot.stack;
+}
+
+void InspectionFrameworkImpl::appendEntity(unsigned int entity)
+{
+    entities.push_back(entity);
+    ++entityIndex[entity].registrations;
+}
+
+void InspectionFrameworkImpl::removeEntity(unsigned int entity)
+{
+    entities.erase(std::remove(entities.begin(), entities.end(), entity), entities.end());
+    entityIndex[entity].registrations = 0;
+}
+
+bool InspectionFrameworkImpl::isEntityRegistered(unsigned int entity) const
+{
+    ScopedMutex state(stateLock);
+    const EntityIndex::const_iterator slot = entityIndex.find(entity);
+    return slot != entityIndex.end() && slot->second.registrations != 0;
+}
+
+bool InspectionFrameworkImpl::areEntitiesRegistered(const unsigned int* ids, unsigned int count) const
+{
+    ScopedMutex state(stateLock);
+    for (unsigned int i = 0; i < count; ++i) {
+        if (!isEntityRegistered(ids[i])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// A batch with one new id is appended whole, known ids included, and each gets a bottom frame: hosts
+// register each entity once.
+void InspectionFrameworkImpl::onEntitiesRegistration(AbstractEngine& engine, const unsigned int* ids,
+                                                     unsigned int count)
+{
+    ScopedMutex state(stateLock);
+    if (areEntitiesRegistered(ids, count)) {
+        return;
+    }
+    entities.reserve(entities.size() + count);
+    for (unsigned int i = 0; i < count; ++i) {
+        appendEntity(ids[i]);
+    }
+    MainContextFactory factory;
+    for (unsigned int i = 0; i < count; ++i) {
+        pushContext(engine, ids[i], factory);
+        RegistrationNotifier notifier(ids[i]);
+        requests.accept(notifier);
+    }
+}
+
+void InspectionFrameworkImpl::onEntitiesUnregistration(AbstractEngine& engine, const unsigned int* ids,
+                                                       unsigned int count)
+{
+    ScopedMutex state(stateLock);
+    for (unsigned int i = 0; i < count; ++i) {
+        const unsigned int id = ids[i];
+        if (!isEntityRegistered(id)) {
+            continue;
+        }
+        Stack* stack = findStack(id);
+        TOV_ASSERT(stack != nullptr, "There is no context for entity #" << id << ".");
+        TOV_ASSERT(stack == nullptr || !stack->empty(), "There is a mismatch number of push/pop contexts.");
+        const bool framesLeft = stack != nullptr && std::any_of(stack->begin() + std::min<std::size_t>(stack->size(), 1),
+                                                                 stack->end(), [](const AbstractContext* context) {
+                                                                     return context != nullptr;
+                                                                 });
+        TOV_ASSERT(!framesLeft, "Not all contexts have been removed.");
+        // Past a failed check the bottom frame is not the framework's to destroy: the entity stays.
+        if (stack == nullptr || stack->empty() || framesLeft) {
+            continue;
+        }
+        AbstractContext* popped = popContext(engine, id);
+        for (auto& entry : engineContexts) {
+            const Stack::iterator found = std::find(entry.second.begin(), entry.second.end(), popped);
+            if (found != entry.second.end()) {
+                entry.second.erase(found);
+                break;
+            }
+        }
+        TOV_DELETE(popped);
+        stack->clear();
+        removeEntity(id);
+        UnregistrationNotifier notifier(id);
+        requests.accept(notifier);
+    }
+}
+
+unsigned int InspectionFrameworkImpl::countEntities() const
+{
+    ScopedMutex state(stateLock);
+    return static_cast<unsigned int>(entities.size());
+}
+
+const unsigned int* InspectionFrameworkImpl::getEntities() const
+{
+    ScopedMutex state(stateLock);
+    return entities.data();
+}
+
+unsigned int InspectionFrameworkImpl::countContexts(unsigned int entity) const
+{
+    ScopedMutex state(stateLock);
+    const Stack* stack = findStack(entity);
+    return stack != nullptr ? static_cast<unsigned int>(stack->size()) : 0;
+}
+
+AbstractContext* InspectionFrameworkImpl::topContext(unsigned int entity, AbstractLogger* logger) const
+{
+    ScopedMutex state(stateLock);
+    if (!isEntityRegistered(entity)) {
+        TOV_LOG_ERROR(logger, error::invalidArgument, "Entity '" << entity << "' is not registered on the debugger.");
+        return nullptr;
+    }
+    const Stack* stack = findStack(entity);
+    if (stack == nullptr) {
+        TOV_LOG_ERROR(logger, error::invalidOperation, "There is no context for entity '" << entity << "'.");
+        return nullptr;
+    }
+    // A stack emptied by cleanRelatedContexts has no top.
+    return stack->empty() ? nullptr : stack->back();
+}
+
+AbstractContext* InspectionFrameworkImpl::getContext(unsigned int entity, unsigned int index,
+                                                     AbstractLogger* logger) const
+{
+    ScopedMutex state(stateLock);
+    if (!isEntityRegistered(entity)) {
+        TOV_LOG_ERROR(logger, error::invalidArgument, "Entity '" << entity << "' is not registered on the debugger.");
+        return nullptr;
+    }
+    const Stack* stack = findStack(entity);
+    if (stack == nullptr) {
+        TOV_LOG_ERROR(logger, error::invalidOperation, "There is no context for entity '" << entity << "'.");
+        return nullptr;
+    }
+    if (index >= stack->size()) {
+        TOV_LOG_ERROR(logger, error::invalidOperation, "Index '" << index << "' is out of bound.");
+        return nullptr;
+    }
+    return (*stack)[index];
+}
+
+void InspectionFrameworkImpl::pushContext(AbstractEngine& engine, unsigned int entity, AbstractContextFactory& factory)
+{
+    const unsigned long long key = computeEngineKey(engine);
+    AbstractContext* context = nullptr;
+    bool invalidated = false;
+    {
+        ScopedMutex state(stateLock);
+        TOV_ASSERT(isEntityRegistered(entity), "Entity '" << entity << "' is not registered on the debugger.");
+        context = factory.create();
+        getStack(entity).push_back(context);
+        engineContexts[key].push_back(context);
+        invalidated = !invalidatedEngines.empty() && invalidatedEngines.count(key) != 0;
+    }
+    // Outside the lock: the thread may stop here.
+    if (!invalidated) {
+        checkSuspension(entity, context);
+    }
+}
+
+AbstractContext* InspectionFrameworkImpl::popContext(AbstractEngine& engine, unsigned int entity)
+{
+    const unsigned long long key = computeEngineKey(engine);
+    AbstractContext* popped = nullptr;
+    AbstractContext* top = nullptr;
+    bool invalidated = false;
+    {
+        ScopedMutex state(stateLock);
+        TOV_ASSERT(isEntityRegistered(entity), "Entity '" << entity << "' is not registered on the debugger.");
+        // The engine's newest frame, whichever entity it belongs to: cleaning searches by value.
+        const auto pushed = engineContexts.find(key);
+        if (pushed != engineContexts.end() && !pushed->second.empty()) {
+            pushed->second.pop_back();
+        }
+        Stack* stack = findStack(entity);
+        TOV_ASSERT(stack != nullptr && !stack->empty(),
+                   "Cannot pop context on a empty stack frames for entity '" << entity << "'.");
+        // An empty stack has nothing to give, whatever the assertion function decided.
+        if (stack == nullptr || stack->empty()) {
+            return nullptr;
+        }
+        popped = stack->back();
+        stack->pop_back();
+        top = stack->empty() ? nullptr : stack->back();
+        // Stepping over a frame that returns goes on in its caller.
+        if (popped != nullptr && popped == stepOverContext) {
+            stepOverContext = top;
+        }
+        invalidated = !invalidatedEngines.empty() && invalidatedEngines.count(key) != 0;
+    }
+    if (!invalidated) {
+        checkSuspension(entity, top);
+    }
+    return popped;
+}
+
+// Takes the state lock although the engine calls it while none of its threads pushes: other engines'
+// threads may push on the same stacks meanwhile.
+void InspectionFrameworkImpl::invalidateContexts(const AbstractEngine& engine)
+{
+    ScopedMutex state(stateLock);
+    const unsigned long long key = computeEngineKey(engine);
+    invalidatedEngines.insert(key);
+    const auto pushed = engineContexts.find(key);
+    if (pushed == engineContexts.end()) {
+        return;
+    }
+    for (AbstractContext* context : pushed->second) {
+        if (context != nullptr) {
+            context->invalidate();
+        }
+    }
+}
+
+Vector<AbstractContext*> InspectionFrameworkImpl::cleanRelatedContexts(const AbstractEngine& engine)
+{
+    ScopedMutex state(stateLock);
+    const unsigned long long key = computeEngineKey(engine);
+    invalidatedEngines.erase(key);
+    Vector<AbstractContext*> removed;
+    const auto pushed = engineContexts.find(key);
+    if (pushed == engineContexts.end() || pushed->second.empty()) {
+        return removed;
+    }
+    for (auto& entry : entityContexts) {
+        Stack& stack = entry.second;
+        const std::size_t first = !stack.empty() && isMainContext(stack.front()) ? 1 : 0;
+        for (std::size_t i = first; i < stack.size(); ++i) {
+            if (holds(pushed->second, stack[i])) {
+                removed.push_back(stack[i]);
+                stack[i] = nullptr;
+            }
+        }
+        stack.erase(std::remove(stack.begin(), stack.end(), nullptr), stack.end());
+    }
+    pushed->second.resize(isMainContext(pushed->second.front()) ? 1 : 0);
+    return removed;
+}
+
+void InspectionFrameworkImpl::clearSuspensionRequests()
+{
+    ScopedMutex state(stateLock);
+    suspendEverything = false;
+    suspendEntities.clear();
+    stepOutContext = nullptr;
+    stepOverContext = nullptr;
+}
+
+void InspectionFrameworkImpl::suspend()
+{
+    ScopedMutex state(stateLock);
+    clearSuspensionRequests();
+    suspendEverything = true;
+}
+
+bool InspectionFrameworkImpl::suspendEntity(unsigned int entity)
+{
+    ScopedMutex state(stateLock);
+    if (!isEntityRegistered(entity)) {
+        return false;
+    }
+    clearSuspensionRequests();
+    suspendEntities.insert(entity);
+    return true;
+}
+
+unsigned int InspectionFrameworkImpl::getSuspendedEntity() const
+{
+    ScopedMutex state(stateLock);
+    return suspendedEntity.load(std::memory_order_relaxed);
+}
+
+unsigned int InspectionFrameworkImpl::peekSuspendedEntity() const
+{
+    return suspendedEntity.load(std::memory_order_relaxed);
+}
+
+void InspectionFrameworkImpl::resume()
+{
+    clearSuspensionRequests();
+    controller->resume();
+}
+
+void InspectionFrameworkImpl::stepIn()
+{
+    clearSuspensionRequests();
+    suspendEntity(peekSuspendedEntity());
+    controller->resume();
+}
+
+// The step commands read the stacks under the lock, which the resource tree holds already: a host calling
+// them directly runs beside the simulation's pushes. The gate opens outside it.
+void InspectionFrameworkImpl::stepOut()
+{
+    clearSuspensionRequests();
+    {
+        ScopedMutex state(stateLock);
+        const Stack* stack = findStack(peekSuspendedEntity());
+        if (stack != nullptr && stack->size() > 1) {
+            stepOutContext = (*stack)[stack->size() - 2];
+        }
+    }
+    controller->resume();
+}
+
+void InspectionFrameworkImpl::stepOver()
+{
+    clearSuspensionRequests();
+    {
+        ScopedMutex state(stateLock);
+        const Stack* stack = findStack(peekSuspendedEntity());
+        if (stack != nullptr && !stack->empty()) {
+            stepOverContext = stack->back();
+        }
+    }
+    controller->resume();
+}
+
+// The lock is released before the event and the stop, so that listeners may call back and the stopped
+// thread holds nothing (unless it came here from a registration, which holds the lock throughout).
+void InspectionFrameworkImpl::checkSuspension(unsigned int entity, const AbstractContext* context)
+{
+    bool stop = false;
+    {
+        ScopedMutex state(stateLock);
+        stop = suspendEverything || (!suspendEntities.empty() && suspendEntities.count(entity) != 0) ||
+               (context != nullptr && (context == stepOutContext || context == stepOverContext));
+    }
+    if (stop) {
+        SuspensionNotifier notifier(entity);
+        requests.accept(notifier);
+        controller->suspend();
+    }
+}
 
 } // namespace impl
 } // namespace debugger

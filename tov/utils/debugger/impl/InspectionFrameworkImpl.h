@@ -1,14 +1,23 @@
 #pragma once
-// InspectionFrameworkImpl: the engine table of an InspectionFramework and the routing of resource
-// requests to it, under the framework's two locks. Private to the library.
-//   InspectionFrameworkImpl impl(facilities);
+// InspectionFrameworkImpl: the state behind an InspectionFramework: the engine table and the routing of
+// resource requests to it, the event subscriptions, the entities with their stacks of contexts, and the
+// conditions that stop the simulation's threads. Private to the library.
+//   InspectionFrameworkImpl impl(facilities, controller);   // "debug" is registered already
 //   impl.registerEngine(hash, engine); impl.retrieveResource("/world/3", 8, &query, builder);
 
+#include <tov/allocator/StdAllocator.h>
+#include <tov/utils/Containers.h>
 #include <tov/utils/Export.h>
 #include <tov/utils/HashTable.h>
 #include <tov/utils/Mutex.h>
 #include <tov/utils/debugger/AbstractEventListener.h>
+#include <tov/utils/debugger/DebuggerFramework.h>
+#include <tov/utils/debugger/EngineDebuggerFacade.h>
+#include <tov/utils/debugger/RequestRegistry.h>
 #include <tov/utils/debugger/ResourceStatus.h>
+
+#include <atomic>
+#include <unordered_map>
 
 namespace tov {
 namespace utils {
@@ -19,7 +28,10 @@ class Facilities;
 
 namespace debugger {
 
+class AbstractContext;
+class AbstractContextFactory;
 class AbstractEngine;
+class ExecutionController;
 
 namespace impl {
 
@@ -28,7 +40,8 @@ namespace impl {
 // both are safe against registration.
 class TOV_UTILS_API InspectionFrameworkImpl : public AbstractEventListener {
 public:
-    explicit InspectionFrameworkImpl(Facilities& facilities);
+    // Registers the debugger engine under "debug".
+    InspectionFrameworkImpl(Facilities& facilities, ExecutionController& controller);
     ~InspectionFrameworkImpl() override;
     InspectionFrameworkImpl(const InspectionFrameworkImpl&) = delete;
     InspectionFrameworkImpl& operator=(const InspectionFrameworkImpl&) = delete;
@@ -62,7 +75,40 @@ public:
     // engine's path took; null when none. The caller holds the state lock.
     AbstractEngine* route(const char* path, unsigned int length, unsigned int& offset) const;
 
-    // Told of every subscription made through the framework.
+    RequestRegistry& getRegistry();
+    EngineDebuggerFacade& getFacade();
+    DebuggerFramework& getDebugger();
+    const DebuggerFramework& getDebugger() const;
+    ExecutionController& getExecutionController() const;
+
+    // Entities and their stacks of contexts, for the facade and the debugger engine.
+    bool isEntityRegistered(unsigned int entity) const;
+    bool areEntitiesRegistered(const unsigned int* entities, unsigned int count) const;
+    void onEntitiesRegistration(AbstractEngine& engine, const unsigned int* entities, unsigned int count);
+    void onEntitiesUnregistration(AbstractEngine& engine, const unsigned int* entities, unsigned int count);
+    unsigned int countEntities() const;
+    const unsigned int* getEntities() const;
+    unsigned int countContexts(unsigned int entity) const;
+    AbstractContext* topContext(unsigned int entity, AbstractLogger* logger) const;
+    AbstractContext* getContext(unsigned int entity, unsigned int index, AbstractLogger* logger) const;
+    void pushContext(AbstractEngine& engine, unsigned int entity, AbstractContextFactory& factory);
+    AbstractContext* popContext(AbstractEngine& engine, unsigned int entity);
+    void invalidateContexts(const AbstractEngine& engine);
+    Vector<AbstractContext*> cleanRelatedContexts(const AbstractEngine& engine);
+
+    // Suspension and stepping: each arms a condition that checkSuspension meets on a simulation thread.
+    void clearSuspensionRequests();
+    void suspend();
+    bool suspendEntity(unsigned int entity);
+    unsigned int getSuspendedEntity() const;
+    // Read without the lock, as the resource documents show it.
+    unsigned int peekSuspendedEntity() const;
+    void resume();
+    void stepIn();
+    void stepOut();
+    void stepOver();
+
+    // Told of every subscription made through the framework; keeps the entity of the last stop.
     void onInitialization(unsigned int requestId) override;
     void onTermination(unsigned int requestId) override;
     void onSuspension(unsigned int requestId, unsigned int entity) override;
@@ -72,13 +118,49 @@ public:
     void onBreakpoint(unsigned int requestId, unsigned int entity, const Uri& location) override;
 
 private:
+    using Stack = Deque<AbstractContext*>;
+    // What a push or pop needs of an entity, found in one step whatever the number of entities: how
+    // often the id stands in `entities`, and its stack in `entityContexts` once it has one.
+    struct EntitySlot {
+        unsigned int registrations = 0;
+        Stack* stack = nullptr;
+    };
+    using EntityIndex = std::unordered_map<unsigned int, EntitySlot, std::hash<unsigned int>, std::equal_to<unsigned int>,
+                                           allocator::StdAllocator<std::pair<const unsigned int, EntitySlot>>>;
+
     AbstractEngine* findEngineLocked(unsigned long long hash, const char* path) const;
+    // The key of the engine's path, computed without the string table, which simulation threads must not
+    // touch unguarded; an engine that pushes frames need not be registered.
+    unsigned long long computeEngineKey(const AbstractEngine& engine) const;
+    // Null when the entity never had a stack. The caller holds the state lock.
+    Stack* findStack(unsigned int entity) const;
+    Stack& getStack(unsigned int entity);
+    void appendEntity(unsigned int entity);
+    void removeEntity(unsigned int entity);
+    // Stops the calling thread when an armed condition meets this entity and its new top frame.
+    void checkSuspension(unsigned int entity, const AbstractContext* context);
 
     HashTable<AbstractEngine*> engines;
+    RequestRegistry requests;
     Facilities* facilities;
     // Recursive: an engine called under it comes back for entities and contexts.
     mutable Mutex stateLock;
     mutable Mutex engineListLock;
+    EngineDebuggerFacade facade;
+    DebuggerFramework debugger;
+    // Not owned.
+    ExecutionController* controller;
+    bool suspendEverything;
+    // Atomic because the listener stores it without a lock while commands read it.
+    std::atomic<unsigned int> suspendedEntity;
+    AbstractContext* stepOutContext;
+    AbstractContext* stepOverContext;
+    Vector<unsigned int> entities;
+    Set<unsigned int> suspendEntities;
+    Map<unsigned int, Stack> entityContexts;
+    Map<unsigned long long, Stack> engineContexts;
+    Set<unsigned long long> invalidatedEngines;
+    EntityIndex entityIndex;
 };
 
 } // namespace impl
