@@ -4,3 +4,6 @@ tov_add_test_suite(tov_inspection_tests
   utils/debugger/impl/HTTPServerTest.cpp
   utils/debugger/impl/HTTPServerHostileInputTest.cpp
   utils/debugger/impl/JsonHttpReplyTest.cpp)
+tov_add_test_suite(tov_debugger_tests
+  support/RawHttpClient.cpp
+  utils/debugger/DebuggerFrameworkTest.cpp)
