@@ -1,16 +1,20 @@
-// A breakpoint fired through RequestRegistry::accept against what a user would write instead: a list of
+// A breakpoint fired through EngineDebuggerFacade::accept, as a host's engine fires it, into the
+// framework's registry, against what a user would write instead: a list of
 // subscribers under a std::mutex, copied as shared pointers on every firing so that subscribers may come
 // and go while it runs, each with an entity list and a location to match. Both sides hold 0 or 10
 // breakpoints at other locations than the one passed, the usual case of a simulation under inspection.
 // Names read "<comparison>|<side>/<subscriptions>"; the side "tov" is this library.
+#include <tov/utils/Facilities.h>
 #include <tov/utils/Memory.h>
 #include <tov/utils/System.h>
 #include <tov/utils/Uri.h>
+#include <tov/utils/debugger/AbstractEngine.h>
 #include <tov/utils/debugger/AbstractEventListener.h>
 #include <tov/utils/debugger/BreakpointRequest.h>
 #include <tov/utils/debugger/BreakpointRequestVisitor.h>
+#include <tov/utils/debugger/EngineDebuggerFacade.h>
+#include <tov/utils/debugger/InspectionFramework.h>
 #include <tov/utils/debugger/LocationFilter.h>
-#include <tov/utils/debugger/RequestRegistry.h>
 
 #include <benchmark/benchmark.h>
 
@@ -53,6 +57,18 @@ public:
     }
 };
 
+// An engine that keeps the facade the framework hands it, as a host's engine does.
+class FacadeKeeper : public AbstractEngine {
+public:
+    FacadeKeeper() : AbstractEngine("simulation", true) {}
+    void setDebuggerFacade(EngineDebuggerFacade& given) override
+    {
+        AbstractEngine::setDebuggerFacade(given);
+        facade = &given;
+    }
+    EngineDebuggerFacade* facade = nullptr;
+};
+
 Uri locationNumber(int index)
 {
     const std::string text = "tov:agents/forager" + std::to_string(index) + ".behavior";
@@ -64,17 +80,19 @@ void fireTov(benchmark::State& state)
     initialize(nullptr);
     Silent listener;
     {
-        RequestRegistry registry;
-        AbstractEventListener* listeners[] = {&listener};
+        InspectionFramework& framework = Facilities::instance().getInspectionFramework();
+        FacadeKeeper engine;
+        framework.registerEngine(engine);
         for (int i = 0; i < state.range(0); ++i) {
             AbstractEventFilter* filters[] = {TOV_NEW LocationFilter(locationNumber(i + 1))};
-            registry.subscribe<BreakpointRequest>(listeners, 1, filters, 1);
+            framework.subscribe<BreakpointRequest>(listener, filters, 1);
         }
         const Uri here = locationNumber(0);
         for (auto _ : state) {
             Firing firing(7, &here);
-            registry.accept(firing);
+            engine.facade->accept(firing);
         }
+        framework.unregisterEngine(engine.getPath());
     }
     benchmark::DoNotOptimize(listener.hits);
     terminate(nullptr);

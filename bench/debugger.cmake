@@ -2,3 +2,4 @@
 find_package(CivetWeb REQUIRED)
 add_executable(bench_inspector_host InspectorBenchHost.cpp)
 target_link_libraries(bench_inspector_host PRIVATE tov::utils CivetWeb::CivetWeb)
+tov_add_benchmark(bench_debugger DebuggerBench.cpp)

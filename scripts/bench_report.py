@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Runs every benchmark program given and prints one row per comparison.
 
-Benchmarks are named "<comparison>|<side>" (an argument suffix "/N" may follow). The side "tov" is this
-library; every other side is a peer, and each peer makes a row. The ratio is the peer's cost divided by
+Benchmarks are named "<comparison>|<side>" (an argument suffix "/N" may follow, which makes a comparison
+of its own: "<comparison>/N"). The side "tov" is this library; every other side is a peer, and each
+peer makes a row. The ratio is the peer's cost divided by
 ours, so above 1 means this library is cheaper. The cost is the real time per iteration, or the counter
 "cost" when a benchmark sets one (bytes held, say). On our side, the counter "target:<peer>" (or
 "target" for every peer) is the lowest ratio the comparison must reach.
@@ -34,7 +35,9 @@ def comparisons(benchmarks, program):
         if entry.get("run_type") == "aggregate" or "|" not in entry["name"]:
             continue
         comparison, side = entry["name"].split("|", 1)
-        side = side.split("/", 1)[0]
+        side, _, arguments = side.partition("/")
+        if arguments:
+            comparison += "/" + arguments
         table.setdefault(comparison, {})[side] = entry
     rows = []
     for comparison, sides in table.items():
