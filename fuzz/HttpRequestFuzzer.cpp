@@ -6,11 +6,16 @@
 #include <tov/utils/AbstractLogger.h>
 #include <tov/utils/AbstractObjectBuilder.h>
 #include <tov/utils/Facilities.h>
+#include <tov/utils/Memory.h>
 #include <tov/utils/System.h>
 #include <tov/utils/debugger/AbstractEngine.h>
 #include <tov/utils/debugger/InspectionFramework.h>
 #include <tov/utils/debugger/impl/HTTPConnection.h>
+#include <tov/utils/debugger/impl/EventFramework.h>
 #include <tov/utils/debugger/impl/HTTPServer.h>
+#include <tov/utils/debugger/AbstractContextFactory.h>
+#include <tov/utils/debugger/EngineDebuggerFacade.h>
+#include <tov/utils/debugger/impl/MainContextFactory.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -137,6 +142,21 @@ void checkReplies(const std::string& written)
     }
 }
 
+// Registers three entities, the second one with a frame above its bottom one, for the debugger's tree.
+class Simulation : public debugger::AbstractEngine {
+public:
+    Simulation() : AbstractEngine("simulation", true) {}
+    void setDebuggerFacade(debugger::EngineDebuggerFacade& given) override
+    {
+        AbstractEngine::setDebuggerFacade(given);
+        const unsigned int entities[] = {0, 1, 2};
+        onEntitiesRegistration(entities, 3);
+        debugger::MainContextFactory frames;
+        given.pushContext(*this, 1, frames);
+    }
+};
+
+// The events engine is registered by hand: the server, which would bring it, does not run here.
 struct Host {
     Host() : world("world", debugger::resources::Ok), broken("broken", debugger::resources::Error),
              nested("events/sub", debugger::resources::NotFound)
@@ -147,12 +167,18 @@ struct Host {
         framework.registerEngine(world);
         framework.registerEngine(broken);
         framework.registerEngine(nested);
+        framework.registerEngine(simulation);
+        events = TOV_NEW debugger::impl::EventFramework(framework);
+        framework.registerEngine(*events);
     }
 
     DiscardingLogger logger;
     EchoEngine world;
     EchoEngine broken;
     EchoEngine nested;
+    Simulation simulation;
+    // Never destroyed: the host lives as long as the fuzzing process.
+    debugger::impl::EventFramework* events;
 };
 
 } // namespace

@@ -6,6 +6,7 @@
 #   scripts/test.sh                      everything, 10 seconds of fuzzing a target
 #   scripts/test.sh --fuzz-seconds 300   a longer fuzzing run
 #   scripts/test.sh --no-sanitizers      the normal build only, no fuzzing
+#   scripts/test.sh --soak-seconds 3600  a longer soak of the inspector (120 seconds by default)
 set -euo pipefail
 
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -13,11 +14,13 @@ cd "$root"
 jobs=$(nproc)
 sanitizers=1
 fuzzSeconds=10
+soakSeconds=120
 while [ $# -gt 0 ]; do
   case "$1" in
     --no-sanitizers) sanitizers=0; shift ;;
     --fuzz-seconds) fuzzSeconds="$2"; shift 2 ;;
-    *) echo "usage: scripts/test.sh [--no-sanitizers] [--fuzz-seconds N]" >&2; exit 2 ;;
+    --soak-seconds) soakSeconds="$2"; shift 2 ;;
+    *) echo "usage: scripts/test.sh [--no-sanitizers] [--fuzz-seconds N] [--soak-seconds N]" >&2; exit 2 ;;
   esac
 done
 
@@ -29,7 +32,7 @@ section "normal build"
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo
 cmake --build build -j "$jobs"
 section "tests"
-ctest --test-dir build --output-on-failure -j "$jobs"
+TOV_SOAK_SECONDS=$soakSeconds ctest --test-dir build --output-on-failure -j "$jobs"
 
 if [ "$sanitizers" -eq 1 ]; then
   section "sanitizer build (address, undefined)"
@@ -38,7 +41,8 @@ if [ "$sanitizers" -eq 1 ]; then
   cmake --build build-asan -j "$jobs"
   section "tests under sanitizers"
   # Any report ends the test process with a failure: ASan always, UBSan through -fno-sanitize-recover.
-  ASAN_OPTIONS=detect_leaks=1:abort_on_error=0:strict_string_checks=1 \
+  # The soak runs a shorter while here: it looks for leaks and bad accesses, not for endurance.
+  TOV_SOAK_SECONDS=30 ASAN_OPTIONS=detect_leaks=1:abort_on_error=0:strict_string_checks=1 \
   UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
     ctest --test-dir build-asan --output-on-failure -j "$jobs"
 fi

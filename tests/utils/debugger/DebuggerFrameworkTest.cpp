@@ -234,12 +234,17 @@ TEST_F(DebuggerTest, BreakpointsStopAtTheirLocationWithTheirFiltersAndQueueEvent
     EXPECT_TRUE(debugger().resume());
 }
 
-// The default assertion function stays in place: a location that is no Uri must not end the host.
-TEST_F(DebuggerTest, ALocationThatIsNoUriSubscribesWithoutTheFilter)
+// The default assertion function stays in place: nothing a client sends may end the host.
+TEST_F(DebuggerTest, ClientInputThatWouldAssertIsTakenAsNoValue)
 {
+    // A location that is no Uri subscribes without that filter.
     EXPECT_EQ(0u, postBody("events/s", "{\"type\":\"breakpoint\",\"filters\":{\"location\":\"::no uri\"}}")
                       .find("{\"requestId\":"));
     EXPECT_EQ(200, post("events/s", "{\"type\":\"breakpoint\",\"filters\":{\"location\":7,\"entities\":[1,2]}}"));
+    // Null reads as compatible with a string and a number, but reading it asserts.
+    EXPECT_EQ(400, post("events/s", "{\"type\":null}"));
+    EXPECT_EQ(200, post("debug/suspend", "{\"entity\":null}"));   // as without a body
+    EXPECT_FALSE(debugger().resume());   // armed, but nothing stopped
 }
 
 TEST_F(DebuggerTest, EveryKindOfEventIsQueuedReadAndDeleted)

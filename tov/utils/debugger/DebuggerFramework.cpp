@@ -357,7 +357,9 @@ resources::Status DebuggerFramework::createSuspendCommand(AbstractObjectBuilder&
     unsigned int entity = invalidEntity;
     if (data != nullptr) {
         const unsigned int property = data->getProperty("entity");
-        if (property != 0 && data->isTypeCompatible(property, type::integer)) {
+        // A null value counts as compatible with an integer but reading it asserts; the body comes from
+        // a client, so null is taken as no entity, as any other value that is no number.
+        if (property != 0 && data->getType(property) != type::null && data->isTypeCompatible(property, type::integer)) {
             const long long value = data->getInt(property);
             if (value > 0) {
                 entity = static_cast<unsigned int>(value);

@@ -140,8 +140,12 @@ resources::Status EventFramework::createResource(const char* path, unsigned int 
     if (query == nullptr) {
         return resources::Error;
     }
+    // A null property counts as compatible with a string but reading it asserts: it is the null string,
+    // refused before the read, since the body comes from a client.
     const unsigned int type = query->getProperty("type");
-    const char* typeName = type != 0 && query->isTypeCompatible(type, type::string) ? query->getString(type) : nullptr;
+    const char* typeName = type != 0 && query->getType(type) != type::null && query->isTypeCompatible(type, type::string)
+                               ? query->getString(type)
+                               : nullptr;
     if (typeName == nullptr) {
         return resources::Error;
     }
