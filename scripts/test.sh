@@ -69,4 +69,10 @@ if [ "$sanitizers" -eq 1 ]; then
   bash scripts/fuzz.sh --seconds "$fuzzSeconds"
 fi
 
+# A clone of the committed tree, built from nothing in a fresh folder; skipped inside such a clone.
+if [ "$sanitizers" -eq 1 ] && [ -z "${TOV_CLEAN_CLONE:-}" ]; then
+  section "the README's commands in a clean clone"
+  TOV_CLEAN_CLONE=1 bash scripts/clean-clone-check.sh
+fi
+
 section "all tests passed"
