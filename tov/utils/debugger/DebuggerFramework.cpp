@@ -111,28 +111,25 @@ bool DebuggerFramework::resume()
 
 bool DebuggerFramework::stepIn()
 {
-    if (!isSuspended()) {
-        return false;
-    }
-    framework.stepIn();
-    return true;
+    return stepWhileSuspended(&impl::InspectionFrameworkImpl::stepIn);
 }
 
 bool DebuggerFramework::stepOut()
 {
-    if (!isSuspended()) {
-        return false;
-    }
-    framework.stepOut();
-    return true;
+    return stepWhileSuspended(&impl::InspectionFrameworkImpl::stepOut);
 }
 
 bool DebuggerFramework::stepOver()
 {
+    return stepWhileSuspended(&impl::InspectionFrameworkImpl::stepOver);
+}
+
+bool DebuggerFramework::stepWhileSuspended(Step step)
+{
     if (!isSuspended()) {
         return false;
     }
-    framework.stepOver();
+    (framework.*step)();
     return true;
 }
 

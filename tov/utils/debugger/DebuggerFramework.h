@@ -71,6 +71,10 @@ protected:
 
 private:
     using Command = bool (DebuggerFramework::*)();
+    using Step = void (impl::InspectionFrameworkImpl::*)();
+
+    // A step needs a stopped simulation.
+    bool stepWhileSuspended(Step step);
 
     resources::Status retrieveGeneralInfo(AbstractObjectBuilder& builder) const;
     resources::Status retrieveEntitiesResources(const char* path, unsigned int length,

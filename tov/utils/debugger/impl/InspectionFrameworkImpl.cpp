@@ -448,9 +448,9 @@ unsigned int InspectionFrameworkImpl::countContexts(unsigned int entity) const
     return stack != nullptr ? static_cast<unsigned int>(stack->size()) : 0;
 }
 
-AbstractContext* InspectionFrameworkImpl::topContext(unsigned int entity, AbstractLogger* logger) const
+const InspectionFrameworkImpl::Stack* InspectionFrameworkImpl::findReportedStack(unsigned int entity,
+                                                                                AbstractLogger* logger) const
 {
-    ScopedMutex state(stateLock);
     if (!isEntityRegistered(entity)) {
         TOV_LOG_ERROR(logger, error::invalidArgument, "Entity '" << entity << "' is not registered on the debugger.");
         return nullptr;
@@ -458,23 +458,24 @@ AbstractContext* InspectionFrameworkImpl::topContext(unsigned int entity, Abstra
     const Stack* stack = findStack(entity);
     if (stack == nullptr) {
         TOV_LOG_ERROR(logger, error::invalidOperation, "There is no context for entity '" << entity << "'.");
-        return nullptr;
     }
+    return stack;
+}
+
+AbstractContext* InspectionFrameworkImpl::topContext(unsigned int entity, AbstractLogger* logger) const
+{
+    ScopedMutex state(stateLock);
+    const Stack* stack = findReportedStack(entity, logger);
     // A stack emptied by cleanRelatedContexts has no top.
-    return stack->empty() ? nullptr : stack->back();
+    return stack == nullptr || stack->empty() ? nullptr : stack->back();
 }
 
 AbstractContext* InspectionFrameworkImpl::getContext(unsigned int entity, unsigned int index,
                                                      AbstractLogger* logger) const
 {
     ScopedMutex state(stateLock);
-    if (!isEntityRegistered(entity)) {
-        TOV_LOG_ERROR(logger, error::invalidArgument, "Entity '" << entity << "' is not registered on the debugger.");
-        return nullptr;
-    }
-    const Stack* stack = findStack(entity);
+    const Stack* stack = findReportedStack(entity, logger);
     if (stack == nullptr) {
-        TOV_LOG_ERROR(logger, error::invalidOperation, "There is no context for entity '" << entity << "'.");
         return nullptr;
     }
     if (index >= stack->size()) {

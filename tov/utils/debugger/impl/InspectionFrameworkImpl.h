@@ -135,6 +135,8 @@ private:
     // Null when the entity never had a stack. The caller holds the state lock.
     Stack* findStack(unsigned int entity) const;
     Stack& getStack(unsigned int entity);
+    // The stack of a registered entity, or null with a message to `logger` (which may be null).
+    const Stack* findReportedStack(unsigned int entity, AbstractLogger* logger) const;
     void appendEntity(unsigned int entity);
     void removeEntity(unsigned int entity);
     // Stops the calling thread when an armed condition meets this entity and its new top frame.
