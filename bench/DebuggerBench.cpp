@@ -74,6 +74,7 @@ void pushPopTov(benchmark::State& state)
         simulation.onEntitiesUnregistration(entities.data(), static_cast<unsigned int>(entities.size()));
         framework.unregisterEngine(simulation.getPath());
     }
+    state.counters["budget"] = 150;
     terminate(nullptr);
 }
 

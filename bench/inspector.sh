@@ -4,18 +4,21 @@
 # ceiling of this server. Both listen on 127.0.0.1.
 #   bench/inspector.sh                      10 seconds each, 8 connections
 #   bench/inspector.sh --seconds 30 --connections 16
+#   bench/inspector.sh --rows FILE          also append the comparison as a row for scripts/bench_report.py
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
 seconds=10
 connections=8
 build=build
+rows=
 while [ $# -gt 0 ]; do
   case "$1" in
     --seconds) seconds="$2"; shift 2 ;;
     --connections) connections="$2"; shift 2 ;;
     --build) build="$2"; shift 2 ;;
-    *) echo "usage: bench/inspector.sh [--seconds N] [--connections N] [--build DIR]" >&2; exit 2 ;;
+    --rows) rows="$2"; shift 2 ;;
+    *) echo "usage: bench/inspector.sh [--seconds N] [--connections N] [--build DIR] [--rows FILE]" >&2; exit 2 ;;
   esac
 done
 command -v wrk >/dev/null || { echo "bench/inspector.sh needs wrk (scripts/setup.sh installs it)" >&2; exit 1; }
@@ -65,6 +68,11 @@ printf "%-34s %12s %12s %12s\n" "GET /api/clock, $connections connections" "requ
 printf "%-34s %12s %12s %12s\n" "inspector" "$inspectorRate" "$inspectorMedian" "$inspectorP99"
 printf "%-34s %12s %12s %12s\n" "bare CivetWeb handler" "$bareRate" "$bareMedian" "$bareP99"
 python3 -c "print(f'inspector / bare requests per second: {$inspectorRate / $bareRate:.2f}')"
+# As a cost per request, so that the ratio reads as everywhere else: the bare handler's cost over ours.
+if [ -n "$rows" ]; then
+  python3 -c "print('\t'.join(['inspector.sh', 'GET /api/clock, $connections connections', f'{1e9 / $inspectorRate:.0f} ns',
+                                'bare CivetWeb', f'{1e9 / $bareRate:.0f} ns', '0.8']))" >>"$rows"
+fi
 echo "$inspector" | grep -q "(" && echo "inspector: $inspector"
 echo "$bare" | grep -q "(" && echo "bare: $bare"
 exit 0

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds and runs every benchmark of bench/ and prints each comparison as a ratio.
+# Builds and runs every benchmark of bench/ (the Google Benchmark programs and bench/inspector.sh) and
+# prints each comparison as a ratio.
 #   scripts/bench.sh                  print the table
 #   scripts/bench.sh --report         also write bench/REPORT.md
 set -euo pipefail
@@ -12,4 +13,7 @@ programs=$(sed -n 's/^tov_add_benchmark(\([A-Za-z0-9_]*\).*/\1/p' bench/*.cmake)
 cmake --build build -j "$(nproc)" --target $programs
 paths=()
 for program in $programs; do paths+=("build/bench/$program"); done
-python3 scripts/bench_report.py "${paths[@]}" "${report[@]}"
+rows=$(mktemp)
+trap 'rm -f "$rows"' EXIT
+bash bench/inspector.sh --seconds 5 --rows "$rows" >&2
+python3 scripts/bench_report.py "${paths[@]}" --rows "$rows" "${report[@]}"

@@ -6,7 +6,8 @@ of its own: "<comparison>/N"). The side "tov" is this library; every other side 
 peer makes a row. The ratio is the peer's cost divided by
 ours, so above 1 means this library is cheaper. The cost is the real time per iteration, or the counter
 "cost" when a benchmark sets one (bytes held, say). On our side, the counter "target:<peer>" (or
-"target" for every peer) is the lowest ratio the comparison must reach.
+"target" for every peer) is the lowest ratio the comparison must reach; the counter "budget" is instead
+the most our cost may be, in its own unit.
 """
 import argparse
 import datetime
@@ -51,9 +52,26 @@ def comparisons(benchmarks, program):
             peer_cost, _ = cost_of(sides[peer])
             ratio = peer_cost / our_cost if our_cost > 0 else float("inf")
             target = ours.get(f"target:{peer}", ours.get("target"))
-            verdict = "" if target is None else ("met" if ratio >= float(target) else "MISSED")
+            budget = ours.get("budget")
+            if budget is not None:
+                wanted = f"tov <= {float(budget):.4g} {unit}"
+                verdict = "met" if our_cost <= float(budget) else "MISSED"
+            else:
+                wanted = "" if target is None else f">= {float(target):.2f}"
+                verdict = "" if target is None else ("met" if ratio >= float(target) else "MISSED")
             rows.append((program, comparison, f"{our_cost:.4g} {unit}", peer, f"{peer_cost:.4g} {unit}",
-                         f"{ratio:.2f}", "" if target is None else f">= {float(target):.2f}", verdict))
+                         f"{ratio:.2f}", wanted, verdict))
+    return rows
+
+
+def measured_rows(path):
+    rows = []
+    for line in open(path):
+        program, comparison, ours, peer, theirs, target = line.rstrip("\n").split("\t")
+        ratio = float(theirs.split()[0]) / float(ours.split()[0])
+        verdict = "" if not target else ("met" if ratio >= float(target) else "MISSED")
+        rows.append((program, comparison, ours, peer, theirs, f"{ratio:.2f}",
+                     "" if not target else f">= {float(target):.2f}", verdict))
     return rows
 
 
@@ -69,6 +87,8 @@ def main():
     parser.add_argument("programs", nargs="+")
     parser.add_argument("--min-time", default="0.2")
     parser.add_argument("--report", help="also write the table to this Markdown file")
+    parser.add_argument("--rows", help="comparisons measured elsewhere, one a line: program, comparison, "
+                        "our cost, peer, peer cost, target (tab-separated, costs as '<number> <unit>')")
     arguments = parser.parse_args()
 
     rows = []
@@ -76,6 +96,8 @@ def main():
         name = os.path.basename(program)
         print(f"running {name} ...", file=sys.stderr, flush=True)
         rows += comparisons(run(program, arguments.min_time), name)
+    if arguments.rows and os.path.exists(arguments.rows):
+        rows += measured_rows(arguments.rows)
     table = markdown(rows)
     print(table)
     if arguments.report:
