@@ -37,6 +37,8 @@ def comparisons(benchmarks, program):
             continue
         comparison, side = entry["name"].split("|", 1)
         side, _, arguments = side.partition("/")
+        # Arguments name a comparison of their own; settings such as "iterations:1" do not.
+        arguments = "/".join(part for part in arguments.split("/") if part and ":" not in part)
         if arguments:
             comparison += "/" + arguments
         table.setdefault(comparison, {})[side] = entry
