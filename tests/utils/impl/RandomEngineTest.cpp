@@ -55,22 +55,15 @@ std::vector<std::string> tokens(const std::string& text)
     return words;
 }
 
-std::string join(const std::vector<std::string>& words)
-{
-    std::string text;
-    for (const std::string& word : words) {
-        text += (text.empty() ? "" : " ") + word;
-    }
-    return text;
-}
-
 std::string withToken(const std::string& text, std::size_t index, unsigned long value)
 {
     std::vector<std::string> words = tokens(text);
-    std::ostringstream hex;
-    hex << std::hex << value;
-    words.at(index) = hex.str();
-    return join(words);
+    std::ostringstream joined;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        joined << (i == 0 ? "" : " ");
+        i == index ? joined << std::hex << value : joined << words[i];
+    }
+    return joined.str();
 }
 
 unsigned long tokenValue(const std::string& text, std::size_t index)
@@ -133,12 +126,10 @@ std::vector<std::uint32_t> referenceMixerSfmt(const RandomSeedVector& seed)
 }
 
 template <class Word>
-struct MtConstants;
-template <>
-struct MtConstants<std::uint32_t> {
+struct MtConstants {   // 32-bit words; the 64-bit ones below
     static const std::size_t n = 624;
     static const int shift = 30;
-    static const std::uint32_t fill = 1812433253u, first = 1664525u, second = 1566083941u;
+    static const Word fill = 1812433253u, first = 1664525u, second = 1566083941u;
 };
 template <>
 struct MtConstants<std::uint64_t> {
@@ -179,24 +170,18 @@ std::vector<Word> referenceMixerMt(const RandomSeedVector& seed, bool variant)
     const std::vector<Word> key = mtKey<Word>(seed);
     auto scramble = [](Word w, Word multiplier) { return (w ^ (w >> C::shift)) * multiplier; };
     std::size_t i = variant ? 0 : 1;
-    for (std::size_t c = 0; c < std::max(n, key.size()); ++c) {
+    auto advance = [&] {
+        if (++i == n) {
+            i = variant ? 0 : 1;
+            s[0] = variant ? s[0] : s[n - 1];
+        }
+    };
+    for (std::size_t c = 0; c < std::max(n, key.size()); ++c, advance()) {
         const std::size_t j = c % key.size();
         s[i] = (s[i] ^ scramble(s[(i + n - 1) % n], C::first)) + key[j] + static_cast<Word>(j);
-        if (++i == n) {
-            i = variant ? 0 : 1;
-            if (!variant) {
-                s[0] = s[n - 1];
-            }
-        }
     }
-    for (std::size_t c = 0; c < (variant ? n : n - 1); ++c) {
+    for (std::size_t c = 0; c < (variant ? n : n - 1); ++c, advance()) {
         s[i] = (s[i] ^ scramble(s[(i + n - 1) % n], C::second)) - static_cast<Word>(i);
-        if (++i == n) {
-            i = variant ? 0 : 1;
-            if (!variant) {
-                s[0] = s[n - 1];
-            }
-        }
     }
     if (!variant) {
         s[0] = static_cast<Word>(Word(1) << (sizeof(Word) * 8 - 1));
@@ -205,20 +190,19 @@ std::vector<Word> referenceMixerMt(const RandomSeedVector& seed, bool variant)
 }
 
 // A standard engine started from a given raw state (its low bits of word 0 never matter).
-std::mt19937 standardMt32(const std::vector<std::uint32_t>& state)
+template <class Standard>
+Standard standardFrom(const std::vector<std::uint32_t>& words)
 {
-    std::mt19937 engine;
-    FixedWords words{state};
-    engine.seed(words);
+    Standard engine;
+    FixedWords fixed{words};
+    engine.seed(fixed);
     return engine;
 }
 
+std::mt19937 standardMt32(const std::vector<std::uint32_t>& state) { return standardFrom<std::mt19937>(state); }
 std::mt19937_64 standardMt64(const std::vector<std::uint64_t>& state)
 {
-    std::mt19937_64 engine;
-    FixedWords words{toWords32(state)};
-    engine.seed(words);
-    return engine;
+    return standardFrom<std::mt19937_64>(toWords32(state));
 }
 
 // SFMT written for clarity: 128-bit lanes as four words, the first the lowest.
@@ -397,29 +381,30 @@ TYPED_TEST(EveryEngine, CarriesOnWithWhatItReadWhenTheAssertionReturns)
 
 // ---- exactness against the standard library and the published seedings ------------------------------
 
-TEST(RandomEngineExactness, EmptySeedsGiveTheDefaultStandardEngines)
+namespace {
+
+// Both MT mixers, on an empty seed, give the default standard engine, whose 10000th word is known.
+template <class Mt0, class Mt1, class Standard>
+void expectDefaultStandardEngine(typename Standard::result_type tenThousandth)
 {
-    MT32Mt0 mt0{RandomSeedVector()};
-    MT32Mt1 mt1{RandomSeedVector()};
-    std::mt19937 standard32;
+    Mt0 mt0{RandomSeedVector()};
+    Mt1 mt1{RandomSeedVector()};
+    Standard standard;
     for (int i = 0; i < 9999; ++i) {
-        const std::uint32_t expected = standard32();
+        const auto expected = standard();
         ASSERT_EQ(expected, mt0()) << i;
         ASSERT_EQ(expected, mt1()) << i;
     }
-    EXPECT_EQ(4123659995u, mt0());
-    EXPECT_EQ(4123659995u, mt1());
+    EXPECT_EQ(tenThousandth, mt0());
+    EXPECT_EQ(tenThousandth, mt1());
+}
 
-    MT64Mt0 mt064{RandomSeedVector()};
-    MT64Mt1 mt164{RandomSeedVector()};
-    std::mt19937_64 standard64;
-    for (int i = 0; i < 9999; ++i) {
-        const std::uint64_t expected = standard64();
-        ASSERT_EQ(expected, mt064()) << i;
-        ASSERT_EQ(expected, mt164()) << i;
-    }
-    EXPECT_EQ(9981545732273789042ull, mt064());
-    EXPECT_EQ(9981545732273789042ull, mt164());
+} // namespace
+
+TEST(RandomEngineExactness, EmptySeedsGiveTheDefaultStandardEngines)
+{
+    expectDefaultStandardEngine<MT32Mt0, MT32Mt1, std::mt19937>(4123659995u);
+    expectDefaultStandardEngine<MT64Mt0, MT64Mt1, std::mt19937_64>(9981545732273789042ull);
 }
 
 TEST(RandomEngineExactness, MixerMT0GivesThePublishedFirstWords)
@@ -499,21 +484,20 @@ TEST(RandomEngineExactness, SelfTestWordsMatchIndependentSources)
         return reference.next();
     });
     expectSelfTestWords<SFMT19937<Random_u64>, MixerSFMT>(sfmt64WordAt);
-    for (bool variant : {false, true}) {
-        auto mt32 = [variant](const RandomSeedVector& seed, unsigned long long index) {
+    auto mt32 = [](bool variant) {
+        return [variant](const RandomSeedVector& seed, unsigned long long index) {
             return wordAt(standardMt32(referenceMixerMt<std::uint32_t>(seed, variant)), index);
         };
-        auto mt64 = [variant](const RandomSeedVector& seed, unsigned long long index) {
+    };
+    auto mt64 = [](bool variant) {
+        return [variant](const RandomSeedVector& seed, unsigned long long index) {
             return wordAt(standardMt64(referenceMixerMt<std::uint64_t>(seed, variant)), index);
         };
-        if (variant) {
-            expectSelfTestWords<MT19937<Random_u32>, MixerMT1<Random_u32>>(mt32);
-            expectSelfTestWords<MT19937<Random_u64>, MixerMT1<Random_u64>>(mt64);
-        } else {
-            expectSelfTestWords<MT19937<Random_u32>, MixerMT0<Random_u32>>(mt32);
-            expectSelfTestWords<MT19937<Random_u64>, MixerMT0<Random_u64>>(mt64);
-        }
-    }
+    };
+    expectSelfTestWords<MT19937<Random_u32>, MixerMT0<Random_u32>>(mt32(false));
+    expectSelfTestWords<MT19937<Random_u64>, MixerMT0<Random_u64>>(mt64(false));
+    expectSelfTestWords<MT19937<Random_u32>, MixerMT1<Random_u32>>(mt32(true));
+    expectSelfTestWords<MT19937<Random_u64>, MixerMT1<Random_u64>>(mt64(true));
 }
 
 TEST(RandomEngineExactness, SeededStreamsFollowTheReferencesWordForWord)
@@ -539,15 +523,12 @@ TEST(RandomEngineExactness, SeededStreamsFollowTheReferencesWordForWord)
 
 TEST(RandomEnginePosition, CountsFromZeroAndStandsAtTheEndOfARound)
 {
-    SFMT32 engine(0u);
-    EXPECT_EQ(0, engine.Count());
-    engine();
-    EXPECT_EQ(1, engine.Count());
-
     SFMT32 plain(0u);
+    EXPECT_EQ(0, plain.Count());
     std::vector<std::uint32_t> words;
     for (unsigned int i = 0; i < 2 * SFMT32::N + 3; ++i) {
         words.push_back(plain());
+        ASSERT_EQ(static_cast<std::int64_t>(i) + 1, plain.Count());
     }
     SFMT32 atEnd(0u);
     atEnd.SetCount(SFMT32::N);
@@ -666,18 +647,14 @@ TEST_F(RandomEngineLoad, RefusesWhatSaveCannotHaveWritten)
     EXPECT_NO_THROW(load<MT32Mt0>(good, false));
 }
 
-TEST_F(RandomEngineLoad, RefusesAnAllZeroSfmtState)
+TEST_F(RandomEngineLoad, RefusesAnAllZeroSfmtStateAndAWideSeedWord)
 {
-    SFMT32 engine(3u);
-    engine();
-    EXPECT_ASSERTION(load<SFMT32>(allStateWordsZero(save(engine, false), 624), false), "SFMT19937: All-zero state");
-}
-
-TEST_F(RandomEngineLoad, TellsAWideSeedWordFromTheSavedText)
-{
+    SFMT32 sfmt(3u);
+    sfmt();
+    EXPECT_ASSERTION(load<SFMT32>(allStateWordsZero(save(sfmt, false), 624), false), "SFMT19937: All-zero state");
     // Vector seeds of any width are taken; only a saved text can carry the wide word back.
-    MT64Mt0 engine(RandomSeedVector{0x100000000ul});
-    EXPECT_ASSERTION(load<MT64Mt0>(save(engine, false), false), (MT64Mt0::Name() + ": Illegal seed value").c_str());
+    MT64Mt0 wide(RandomSeedVector{0x100000000ul});
+    EXPECT_ASSERTION(load<MT64Mt0>(save(wide, false), false), (MT64Mt0::Name() + ": Illegal seed value").c_str());
 }
 
 TEST_F(RandomEngineLoad, StrideAndOffsetAreChecked)
