@@ -11,8 +11,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstdio>
-#include <cstdlib>
 #include <map>
 #include <memory>
 #include <random>
@@ -59,61 +57,29 @@ std::string keyOf(const Path& path)
     return key;
 }
 
-// Where addProperty lands, creating what is missing; null when it would give 0. Nothing is created in
-// that case, as a path only ever fails on a property that exists already.
-Model* resolveForWrite(Model& root, const Path& path, bool create)
-{
-    Model* current = &root;
-    for (const Step& step : path) {
-        if (step.isIndex) {
-            if (current->type != type::null && current->type != type::array) {
-                return nullptr;
-            }
-            if (step.index >= current->elements.size()) {
-                if (!create) {
-                    return current;   // feasible: everything below is new
-                }
-                current->elements.resize(step.index + 1);
-                current->type = type::array;
-            }
-            current = &current->elements[step.index];
-        } else {
-            if (current->type != type::null && current->type != type::object) {
-                return nullptr;
-            }
-            auto found = current->children.find(step.name);
-            if (found == current->children.end()) {
-                if (!create) {
-                    return current;
-                }
-                current->type = type::object;
-                found = current->children.emplace(step.name, Model()).first;
-            }
-            current = &found->second;
-        }
-    }
-    return current;
-}
+enum class Walk { find, probe, create };
 
-Model* find(Model& root, const Path& path)
+// find: the node, or null. probe and create: where addProperty lands, or null when it would give 0; probe
+// stops at the first missing part (everything below is new) and creates nothing, as a path only ever fails
+// on a property that exists already.
+Model* walk(Model& root, const Path& path, Walk mode)
 {
     Model* current = &root;
     for (const Step& step : path) {
-        if (step.isIndex) {
-            if (current->type != type::array || step.index >= current->elements.size()) {
-                return nullptr;
-            }
-            current = &current->elements[step.index];
-        } else {
-            if (current->type != type::object) {
-                return nullptr;
-            }
-            auto found = current->children.find(step.name);
-            if (found == current->children.end()) {
-                return nullptr;
-            }
-            current = &found->second;
+        const type::Type kind = step.isIndex ? type::array : type::object;
+        if (current->type != kind && (mode == Walk::find || current->type != type::null)) {
+            return nullptr;
         }
+        if (step.isIndex ? step.index >= current->elements.size() : current->children.count(step.name) == 0) {
+            if (mode != Walk::create) {
+                return mode == Walk::probe ? current : nullptr;
+            }
+            current->type = kind;
+            if (step.isIndex) {
+                current->elements.resize(step.index + 1);
+            }
+        }
+        current = step.isIndex ? &current->elements[step.index] : &current->children[step.name];
     }
     return current;
 }
@@ -288,7 +254,7 @@ private:
             setScalar();
         } else if (kind < 50) {
             const Path path = randomExistingPath();
-            Model* target = find(model, path);
+            Model* target = walk(model, path, Walk::find);
             const unsigned int size = random() % 6;
             if (!path.empty() && (target->type == type::null || target->type == type::array)) {
                 last = "resize " + keyOf(path) + " " + std::to_string(size);
@@ -297,7 +263,7 @@ private:
             }
         } else if (kind < 60) {
             const Path path = randomExistingPath();
-            Model* parent = find(model, path);
+            Model* parent = walk(model, path, Walk::find);
             const std::string name = randomName();
             last = "erase " + keyOf(path) + " / " + name;
             const bool present = parent->type == type::object && parent->children.count(name) != 0;
@@ -310,7 +276,7 @@ private:
             }
         } else if (kind < 68) {
             const Path path = randomExistingPath();
-            Model* parent = find(model, path);
+            Model* parent = walk(model, path, Walk::find);
             const unsigned int index = random() % 4;
             if (parent->type == type::null || parent->type == type::array) {
                 last = "erase " + keyOf(path) + " [" + std::to_string(index) + "]";
@@ -325,7 +291,7 @@ private:
             const Path path = randomExistingPath();
             last = "reset " + keyOf(path);
             object->resetProperty(keyOf(path).c_str());
-            find(model, path)->reset();
+            walk(model, path, Walk::find)->reset();
         } else if (kind < 92) {
             put();
         } else if (kind < 97) {
@@ -341,8 +307,8 @@ private:
             last = malformed[which];
             EXPECT_EQ(0u, object->addProperty(last.c_str())) << last;
             const Path made = {Step{false, "ab", 0}};
-            if (which >= 2 && resolveForWrite(model, made, false) != nullptr) {
-                resolveForWrite(model, made, true);
+            if (which >= 2 && walk(model, made, Walk::probe) != nullptr) {
+                walk(model, made, Walk::create);
             }
         }
     }
@@ -351,13 +317,13 @@ private:
     {
         const Path path = randomPath();
         const std::string key = keyOf(path);
-        Model* target = resolveForWrite(model, path, false);
+        Model* target = walk(model, path, Walk::probe);
         last = "set " + key;
         if (target == nullptr) {
             EXPECT_EQ(0u, object->addProperty(key.c_str())) << last;
             return;
         }
-        target = resolveForWrite(model, path, true);
+        target = walk(model, path, Walk::create);
         const unsigned int property = object->addProperty(key.c_str());
         ASSERT_NE(0u, property) << last;
         target->children.clear();
@@ -389,7 +355,7 @@ private:
     void rename()
     {
         const Path path = randomExistingPath();
-        Model* parent = find(model, path);
+        Model* parent = walk(model, path, Walk::find);
         if (parent->type != type::object) {
             return;
         }
@@ -428,10 +394,10 @@ private:
                 path.push_back(random() % 2 == 0 ? Step{true, "", static_cast<unsigned int>(random() % 3)}
                                                  : Step{false, randomName(), 0});
             }
-            if (resolveForWrite(sourceModel, path, false) == nullptr) {
+            if (walk(sourceModel, path, Walk::probe) == nullptr) {
                 continue;
             }
-            Model* target = resolveForWrite(sourceModel, path, true);
+            Model* target = walk(sourceModel, path, Walk::create);
             target->children.clear();
             target->elements.clear();
             target->type = type::integer;
@@ -439,7 +405,7 @@ private:
             source.setInt(keyOf(path).c_str(), target->integer);
         }
         const Path path = randomExistingPath();
-        Model* target = find(model, path);
+        Model* target = walk(model, path, Walk::find);
         if (!canPut(target, sourceModel)) {
             return;
         }
