@@ -91,20 +91,6 @@ TEST_F(DynamicObjectPropertiesTest, AOneCharacterFirstPartBeforeABracketMakesThe
     EXPECT_EQ(0u, withChildren.addProperty("a[0]"));
 }
 
-TEST_F(DynamicObjectPropertiesTest, WritingThroughAPathMakesObjectsAndArrays)
-{
-    object.setInt("a.b.c", 3);
-    EXPECT_EQ(type::object, object.getType("a"));
-    EXPECT_EQ(1u, object.countChildren("a"));
-    EXPECT_EQ(1u, object.countChildren("a.b"));
-    object.setInt("list[2]", 7);
-    EXPECT_EQ(3u, object.countChildren("list"));
-    EXPECT_EQ(type::null, object.getType("list[0]"));
-    EXPECT_EQ(type::null, object.getType("list[1]"));
-    EXPECT_EQ(object.getChild(object.getProperty("list"), 1u), object.getProperty("list[1]"));
-    EXPECT_EQ(object.getChild("list", 2u), object.getProperty("list[2]"));
-}
-
 TEST_F(DynamicObjectPropertiesTest, TypeCompatibility)
 {
     object.setInt("i", 1);
@@ -206,20 +192,13 @@ TEST_F(DynamicObjectPropertiesTest, WritingAScalarOverATreeDropsTheTree)
     EXPECT_EQ(1u, object.countChildren(root()));
 }
 
-TEST_F(DynamicObjectPropertiesTest, ResizeGrowsWithNullsAndShrinksFromTheEnd)
+// Growing, shrinking and emptying are compared with a plain tree in the differential test.
+TEST_F(DynamicObjectPropertiesTest, ResizeRefusesTheMaximumSizeAndNonArrays)
 {
     const unsigned int list = object.addProperty("list");
-    EXPECT_TRUE(object.resize(list, 3));
-    EXPECT_EQ(type::array, object.getType(list));
-    object.setInt("list[2].x", 1);
     EXPECT_TRUE(object.resize(list, 1));
-    EXPECT_FALSE(object.hasProperty("list[2].x"));
-    EXPECT_FALSE(object.hasProperty("list[1]"));
-    EXPECT_TRUE(object.hasProperty("list[0]"));
     EXPECT_FALSE(object.resize(list, 100000));
     EXPECT_EQ(1u, object.countChildren(list));
-    EXPECT_TRUE(object.resize(list, 0));
-    EXPECT_EQ(type::null, object.getType(list));
     object.setInt("i", 1);
     EXPECT_EQ("Can't resize a property that is not an array.", assertionOf([&] { object.resize("i", 2); }));
 }
@@ -233,29 +212,16 @@ TEST_F(DynamicObjectPropertiesTest, ErasingAnElementShiftsContentAndKeepsHandles
     const unsigned int first = object.getProperty("list[0]");
     const unsigned int second = object.getProperty("list[1]");
     const unsigned int x = object.getProperty("list[2].x");
-    auto nodes = snapshotTrie(object, root());
-    const unsigned int valueOfB = nodes.at(second).equal;
+    const unsigned int valueOfB = snapshotTrie(object, root()).at(second).equal;
 
     ASSERT_TRUE(object.eraseChild(list, 0u));
-    EXPECT_EQ(2u, object.countChildren(list));
     EXPECT_EQ(first, object.getProperty("list[0]"));
     EXPECT_EQ(second, object.getProperty("list[1]"));
-    EXPECT_FALSE(object.hasProperty("list[2]"));
     EXPECT_STREQ("b", object.getString("list[0]"));
-    EXPECT_EQ(3, object.getInt("list[1].x"));
     // Moved by relinking: the nodes are those of before.
-    nodes = snapshotTrie(object, root());
-    EXPECT_EQ(valueOfB, nodes.at(first).equal);
+    EXPECT_EQ(valueOfB, snapshotTrie(object, root()).at(first).equal);
     EXPECT_EQ(x, object.getProperty("list[1].x"));
-
-    EXPECT_TRUE(object.eraseChild(list, 5u));
-    EXPECT_EQ(2u, object.countChildren(list));
-    ASSERT_TRUE(object.eraseChild("list", 1u));
     ASSERT_TRUE(object.eraseChild("list", 4, 0u));
-    EXPECT_EQ(type::array, object.getType(list));
-    EXPECT_EQ(0u, object.countChildren(list));
-    const unsigned int nothing = object.addProperty("nothing");
-    EXPECT_TRUE(object.eraseChild(nothing, 0u));
     object.setInt("i", 1);
     EXPECT_EQ("Not an array.", assertionOf([&] { object.eraseChild("i", 0u); }));
 }
@@ -263,14 +229,9 @@ TEST_F(DynamicObjectPropertiesTest, ErasingAnElementShiftsContentAndKeepsHandles
 TEST_F(DynamicObjectPropertiesTest, ErasingChildrenByName)
 {
     object.setInt("o.a", 1);
-    object.setInt("o.b.c", 2);
     const unsigned int o = object.getProperty("o");
-    EXPECT_FALSE(object.eraseChild(o, "zz"));
     EXPECT_FALSE(object.eraseChild(o, ""));
     EXPECT_FALSE(object.eraseChild(root(), ""));
-    EXPECT_TRUE(object.eraseChild(o, "b"));
-    EXPECT_FALSE(object.hasProperty("o.b.c"));
-    EXPECT_EQ(1u, object.countChildren(o));
     EXPECT_TRUE(object.eraseChild("o", "a"));
     EXPECT_EQ(type::null, object.getType(o));
     EXPECT_TRUE(object.eraseChild(root(), "o"));
@@ -278,25 +239,21 @@ TEST_F(DynamicObjectPropertiesTest, ErasingChildrenByName)
     EXPECT_EQ(2u, snapshotTrie(object, root()).size());
 }
 
-TEST_F(DynamicObjectPropertiesTest, ChildrenByNameAndByIndexInKeyOrder)
+// Children by index in key order are compared with a plain tree in the differential test.
+TEST_F(DynamicObjectPropertiesTest, ChildrenByPathAndTheirContract)
 {
-    object.setInt("o.b", 1);
     object.setInt("o.a", 2);
     object.setInt("o.ab.deep", 3);
     const unsigned int o = object.getProperty("o");
-    EXPECT_EQ(object.getProperty("o.a"), object.getChild(o, 0u));
-    EXPECT_EQ(object.getProperty("o.ab"), object.getChild(o, 1u));
-    EXPECT_EQ(object.getProperty("o.b"), object.getChild(o, 2u));
-    EXPECT_EQ(0u, object.getChild(o, 3u));
+    EXPECT_EQ(0u, object.getChild(o, 2u));
     EXPECT_EQ(object.getProperty("o.ab.deep"), object.getChild(o, "ab.deep"));
-    EXPECT_EQ(object.getProperty("o"), object.getChild(root(), "o"));
     EXPECT_EQ(0u, object.getChild(o, ""));
     EXPECT_TRUE(object.hasChild("o", "a"));
     EXPECT_FALSE(object.hasChild("o", "c"));
     EXPECT_FALSE(object.hasChild("missing", "a"));
     EXPECT_EQ(0u, object.getChild(object.getProperty("o.a"), 0u));
-    EXPECT_EQ(object.getProperty("o.b"), object.addChild(o, "b"));
-    EXPECT_EQ(3u, object.countChildren(o));
+    EXPECT_EQ(object.getProperty("o.a"), object.addChild(o, "a"));
+    EXPECT_EQ(2u, object.countChildren(o));
     EXPECT_EQ("The given property is not an object.", assertionOf([&] { object.addChild("o.a", "x"); }));
     EXPECT_EQ("The given child key, x.y is invalid.", assertionOf([&] { object.addChild(o, "x.y"); }));
 }
@@ -330,21 +287,10 @@ TEST_F(DynamicObjectPropertiesTest, RenameMovesTheSubtreeWithoutCopying)
     const unsigned int x = object.getProperty("p.old.x");
     const unsigned int renamed = object.renameChild(p, "old", "new");
     EXPECT_EQ(object.getProperty("p.new"), renamed);
-    EXPECT_FALSE(object.hasProperty("p.old"));
-    EXPECT_FALSE(object.hasProperty("p.old.x"));
     EXPECT_EQ(x, object.getProperty("p.new.x"));
-    EXPECT_EQ(2, object.getInt("p.new.y[1]"));
-    EXPECT_EQ(2u, object.countChildren(p));
     EXPECT_EQ((std::vector<std::string>{"", "new", "new.x", "new.y", "new.y[0]", "new.y[1]", "other"}),
               walkKeys(object, p));
     EXPECT_EQ(renamed, object.renameChild(p, "new", "new"));
-    // An array, and a scalar, below the root.
-    object.setInt("list[0]", 4);
-    object.renameChild(root(), "list", "items");
-    EXPECT_EQ(4, object.getInt("items[0]"));
-    object.setInt("n", 5);
-    object.renameChild(root(), "n", "m");
-    EXPECT_EQ(5, object.getInt("m"));
 }
 
 TEST_F(DynamicObjectPropertiesTest, RenameOntoALeftoverSplitNodeKeepsTheSiblingsHangingThere)
