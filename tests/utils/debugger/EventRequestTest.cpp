@@ -34,6 +34,7 @@
 
 using namespace tov::utils;
 using namespace tov::utils::debugger;
+using tov::testing::BreakpointFiring;
 using tov::testing::ForeignFilter;
 using tov::testing::RecordingListener;
 
@@ -45,22 +46,6 @@ std::string idText(const Uuid& id)
     id.computeString(text);
     return text;
 }
-
-// What a host's engine does at a location: a candidate is counted whether it hits or not.
-class BreakpointFiring : public BreakpointRequestVisitor {
-public:
-    using BreakpointRequestVisitor::BreakpointRequestVisitor;
-    using BreakpointRequestVisitor::visit;
-    void visit(BreakpointRequest& request) override
-    {
-        if (request.canHit(getEntity(), *getLocation())) {
-            if (request.isHit(getEntity(), *getLocation())) {
-                request.notify(getEntity(), *getLocation());
-            }
-            request.update();
-        }
-    }
-};
 
 // Each visitor of the matrix test writes its own letter when its typed visit runs.
 template <typename Visitor, typename Request>

@@ -8,6 +8,8 @@
 #include <tov/utils/debugger/AbstractEventFilter.h>
 #include <tov/utils/debugger/AbstractEventFilterVisitor.h>
 #include <tov/utils/debugger/AbstractEventListener.h>
+#include <tov/utils/debugger/BreakpointRequest.h>
+#include <tov/utils/debugger/BreakpointRequestVisitor.h>
 
 #include "support/AssertionGuard.h"
 
@@ -101,6 +103,22 @@ public:
 
 private:
     int* destroyed;
+};
+
+// What a host's engine does at a location: a candidate is counted whether it hits or not.
+class BreakpointFiring : public utils::debugger::BreakpointRequestVisitor {
+public:
+    using BreakpointRequestVisitor::BreakpointRequestVisitor;
+    using BreakpointRequestVisitor::visit;
+    void visit(utils::debugger::BreakpointRequest& request) override
+    {
+        if (request.canHit(getEntity(), *getLocation())) {
+            if (request.isHit(getEntity(), *getLocation())) {
+                request.notify(getEntity(), *getLocation());
+            }
+            request.update();
+        }
+    }
 };
 
 // The library runs for each test, with assertions that throw.

@@ -58,20 +58,7 @@ public:
 };
 
 // Counts every pass through the request, so that a use after destruction shows under the sanitizers.
-class Breakpoint : public BreakpointRequestVisitor {
-public:
-    using BreakpointRequestVisitor::BreakpointRequestVisitor;
-    using BreakpointRequestVisitor::visit;
-    void visit(BreakpointRequest& request) override
-    {
-        if (request.canHit(getEntity(), *getLocation())) {
-            if (request.isHit(getEntity(), *getLocation())) {
-                request.notify(getEntity(), *getLocation());
-            }
-            request.update();
-        }
-    }
-};
+using Breakpoint = tov::testing::BreakpointFiring;
 
 const std::chrono::seconds patience(10);
 
