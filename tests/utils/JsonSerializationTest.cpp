@@ -78,21 +78,6 @@ TEST(JsonRoundTrip, TextToObjectToTextKeepsEveryValueKind)
     }
 }
 
-TEST(JsonRoundTrip, NestedValuesArriveWhereTheyBelong)
-{
-    DynamicObject object;
-    MemoryStream in(R"([1,[2],{"a":null}])");
-    ASSERT_TRUE(deserializeDynamicObjectFromJson(object, in, nullptr));
-    EXPECT_EQ(type::array, object.getType(object.getRoot()));
-    EXPECT_EQ(3u, object.countChildren(object.getRoot()));
-    EXPECT_EQ(1, object.getInt("[0]"));
-    EXPECT_EQ(type::array, object.getType("[1]"));
-    EXPECT_EQ(2, object.getInt("[1][0]"));
-    EXPECT_EQ(type::object, object.getType("[2]"));
-    EXPECT_TRUE(object.hasProperty("[2].a"));
-    EXPECT_EQ(type::null, object.getType("[2].a"));
-}
-
 TEST(JsonRoundTrip, ANameThatExtendsASiblingObjectsNameShowsInsideIt)
 {
     // "a-c" extends "a" by a character below ".", so the walk of "a", bounded by trie links, meets it
