@@ -13,20 +13,17 @@ using namespace tov::utils;
 namespace {
 
 // The saved text, and the buffer released the way a caller must.
-std::string serialized(const Random& random)
+char* serializeAny(unsigned int& size, const Random& random) { return serializeRandom(size, random, nullptr); }
+char* serializeAny(unsigned int& size, const RandomManager& manager)
 {
-    unsigned int size = 0;
-    char* buffer = serializeRandom(size, random, nullptr);
-    EXPECT_NE(nullptr, buffer);
-    const std::string text(buffer, size);
-    TOV_DELETE_ARRAY(buffer);
-    return text;
+    return serializeRandomManager(size, manager, nullptr);
 }
 
-std::string serialized(const RandomManager& manager)
+template <class Saved>
+std::string serialized(const Saved& saved)
 {
     unsigned int size = 0;
-    char* buffer = serializeRandomManager(size, manager, nullptr);
+    char* buffer = serializeAny(size, saved);
     EXPECT_NE(nullptr, buffer);
     const std::string text(buffer, size);
     TOV_DELETE_ARRAY(buffer);
