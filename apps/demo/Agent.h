@@ -1,0 +1,64 @@
+#pragma once
+// Agent: one forager of the demo world. Its state is what the type manager knows of it (position,
+// energy, goal, meals), so that saving and loading go through the registered properties rather than
+// through code that names each field; its random stream belongs to it alone, so a run repeats for a seed.
+//   demo::registerAgentType(typeManager, logger);
+//   demo::Agent agent(3, manager.createRandomStream(3));   agent.live(...);
+
+#include <tov/utils/All.h>
+
+namespace demo {
+
+class Agent : public tov::utils::StaticObject {
+    TOV_STATIC_OBJECT
+
+public:
+    // The world is a square of this side; agents never leave it.
+    static constexpr double worldSize = 100.0;
+
+    Agent(unsigned int index, const tov::utils::Random& random);
+
+    unsigned int getIndex() const { return index; }
+    tov::utils::Random& getRandom() { return random; }
+
+    const double& getX() const { return x; }
+    void setX(const double& value) { x = value; }
+    const double& getY() const { return y; }
+    void setY(const double& value) { y = value; }
+    const double& getEnergy() const { return energy; }
+    void setEnergy(const double& value) { energy = value; }
+    const double& getGoalX() const { return goalX; }
+    void setGoalX(const double& value) { goalX = value; }
+    const double& getGoalY() const { return goalY; }
+    void setGoalY(const double& value) { goalY = value; }
+    const int& getMeals() const { return meals; }
+    void setMeals(const int& value) { meals = value; }
+
+    // The behaviour's pieces; each is one frame of the agent's stack.
+    bool hasGoal() const { return hasTarget; }
+    void chooseGoal();
+    // One stride towards the goal, paid in energy; true once the goal is reached.
+    bool moveTowardsGoal();
+    void eat();
+
+    // The agent's state as a property tree, through the type manager's properties: {"x":..,"y":..,...}.
+    void writeState(tov::utils::DynamicObject& out, unsigned int property) const;
+    // Reads back what writeState wrote; a missing or mistyped property keeps its current value.
+    void readState(const tov::utils::DynamicObject& in, unsigned int property);
+
+private:
+    unsigned int index;
+    tov::utils::Random random;
+    double x = 0.0;
+    double y = 0.0;
+    double energy = 10.0;
+    double goalX = 0.0;
+    double goalY = 0.0;
+    int meals = 0;
+    bool hasTarget = false;
+};
+
+// Registers Agent and its properties; false (with the reason in the logger) when the manager refuses.
+bool registerAgentType(tov::utils::TypeManager& typeManager, tov::utils::AbstractLogger* logger);
+
+} // namespace demo

@@ -1,0 +1,14 @@
+#pragma once
+// The scripted inspector session of `tov-demo --tour`: lists the entities, sets a breakpoint, waits for
+// the hit, reads the stack, steps over and out, resumes and reads the events, printing each request and
+// its reply. True when every step behaved.
+//   bool passed = demo::runTour("127.0.0.1", 8000, 8, std::cout);
+
+#include <iosfwd>
+#include <string>
+
+namespace demo {
+
+bool runTour(const std::string& address, unsigned int port, unsigned int agents, std::ostream& out);
+
+} // namespace demo

@@ -1,0 +1,249 @@
+// tov-demo: a small simulation host. Foragers seek, move and eat on a few worker threads while the
+// inspector serves the world and the debugger over HTTP; --tour drives that inspector through a session.
+
+#include "Agent.h"
+#include "Options.h"
+#include "Simulation.h"
+#include "Tour.h"
+#include "World.h"
+#include "WorldEngine.h"
+
+#include <tov/utils/All.h>
+#include <tov/utils/debugger/All.h>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <future>
+#include <iostream>
+#include <thread>
+
+namespace {
+
+std::atomic<bool> interrupted{false};
+
+void onSignal(int)
+{
+    interrupted = true;
+}
+
+// The debugger learns which entity stopped only from the subscribers of suspensions: this one makes
+// step commands after a plain suspend know their entity, and has nothing else to do.
+class SuspensionListener : public tov::utils::debugger::AbstractEventListener {
+public:
+    void onInitialization(unsigned int) override {}
+    void onTermination(unsigned int) override {}
+    void onSuspension(unsigned int, unsigned int) override {}
+    void onDisconnection(unsigned int) override {}
+    void onRegistration(unsigned int, unsigned int) override {}
+    void onUnregistration(unsigned int, unsigned int) override {}
+    void onBreakpoint(unsigned int, unsigned int, const tov::utils::Uri&) override {}
+};
+
+// A port that nobody listens on at the moment, 0 when none could be had. Another process may take it
+// before the server does: the caller retries.
+unsigned int findFreePort(const std::string& address)
+{
+    const int probe = ::socket(AF_INET, SOCK_STREAM, 0);
+    if (probe < 0) {
+        return 0;
+    }
+    sockaddr_in at{};
+    at.sin_family = AF_INET;
+    at.sin_port = 0;
+    if (::inet_pton(AF_INET, address.c_str(), &at.sin_addr) != 1) {
+        at.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    }
+    socklen_t size = sizeof at;
+    unsigned int port = 0;
+    if (::bind(probe, reinterpret_cast<sockaddr*>(&at), sizeof at) == 0 &&
+        ::getsockname(probe, reinterpret_cast<sockaddr*>(&at), &size) == 0) {
+        port = ntohs(at.sin_port);
+    }
+    ::close(probe);
+    return port;
+}
+
+bool startInspector(tov::utils::debugger::InspectionFramework& inspector, const demo::Options& options,
+                    unsigned int& port)
+{
+    if (options.port != 0) {
+        port = options.port;
+        return inspector.startHttp(options.bind.c_str(), port);
+    }
+    for (int attempt = 0; attempt < 5; ++attempt) {
+        port = findFreePort(options.bind);
+        if (port != 0 && inspector.startHttp(options.bind.c_str(), port)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::vector<demo::Agent*> createWorld(const demo::Options& options, unsigned int& seed,
+                                      tov::utils::AbstractLogger& logger)
+{
+    tov::utils::RandomManager& random = tov::utils::Facilities::instance().getRandomNumberGenerator();
+    seed = options.seed;
+    std::vector<demo::Agent*> agents;
+    if (!options.load.empty()) {
+        tov::utils::DynamicObject loaded;
+        if (!demo::World::load(options.load.c_str(), loaded, &logger)) {
+            std::cerr << "tov-demo: cannot read a world from " << options.load << "\n";
+            return agents;
+        }
+        if (!options.seedGiven) {
+            demo::World::readSeed(loaded, seed);
+        }
+        random.seed(seed);
+        return demo::World::createAgents(loaded, &logger);
+    }
+    random.seed(seed);
+    for (unsigned int i = 0; i < options.agents; ++i) {
+        agents.push_back(TOV_NEW demo::Agent(i, random.createRandomStream(i)));
+    }
+    return agents;
+}
+
+int run(const demo::Options& options, tov::utils::AbstractLogger& logger)
+{
+    if (!demo::registerAgentType(tov::utils::Facilities::instance().getTypeManager(), &logger)) {
+        std::cerr << "tov-demo: the Agent type was refused\n";
+        return 1;
+    }
+    unsigned int seed = 0;
+    std::vector<demo::Agent*> agents = createWorld(options, seed, logger);
+    if (agents.empty()) {
+        return 1;
+    }
+
+    tov::utils::debugger::InspectionFramework& inspector =
+        tov::utils::Facilities::instance().getInspectionFramework();
+    demo::World world;
+    world.reset(seed, agents);
+    demo::WorldEngine engine(world);
+    if (!inspector.registerEngine(engine)) {
+        for (demo::Agent* agent : agents) {
+            TOV_DELETE(agent);
+        }
+        return 1;
+    }
+    inspector.enableEngine("debug");
+    SuspensionListener suspensions;
+    inspector.subscribe<tov::utils::debugger::TargetSuspendRequest>(suspensions);
+
+    int status = 0;
+    unsigned int port = 0;
+    {
+        demo::Simulation simulation(world, engine, agents, options.workers, options.tickMilliseconds);
+        if (!startInspector(inspector, options, port)) {
+            std::cerr << "tov-demo: the inspector cannot listen on " << options.bind << ":" << options.port << "\n";
+            status = 1;
+        } else {
+            const std::string base = "http://" + options.bind + ":" + std::to_string(port) + "/api";
+            std::cout << "tov-demo: " << simulation.countAgents() << " agents on " << options.workers
+                      << " worker threads, seed " << seed << "\n"
+                      << "inspector listening on port " << port << "\n"
+                      << "  the world:     curl " << base << "/world/agents/3\n"
+                      << "  the entities:  curl " << base << "/debug/entities\n"
+                      << "  a stack:       curl " << base << "/debug/entities/3/contexts\n"
+                      << "  a breakpoint:  curl -d '{\"type\":\"breakpoint\",\"filters\":{\"location\":\""
+                      << demo::BehaviourLocations::seek << "\"}}' " << base << "/events/subscriptions\n"
+                      << "  resume:        curl -X POST " << base << "/debug/resume\n"
+                      << "Ctrl-C stops." << std::endl;
+            simulation.start();
+
+            std::future<bool> tour;
+            if (options.tour) {
+                tour = std::async(std::launch::async, [&options, port, &simulation] {
+                    return demo::runTour(options.bind, port, simulation.countAgents(), std::cout);
+                });
+            }
+            const auto begin = std::chrono::steady_clock::now();
+            auto nextStatus = begin + std::chrono::seconds(1);
+            while (!interrupted) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(50));
+                const auto now = std::chrono::steady_clock::now();
+                if (options.tour && tour.wait_for(std::chrono::seconds(0)) == std::future_status::ready) {
+                    break;
+                }
+                if (options.seconds != 0 && now - begin >= std::chrono::seconds(options.seconds)) {
+                    if (options.tour) {
+                        std::cout << "tov-demo: the tour did not end within " << options.seconds << " s\n";
+                        status = 1;
+                    }
+                    break;
+                }
+                if (now >= nextStatus && !options.tour) {
+                    nextStatus += std::chrono::seconds(1);
+                    const tov::utils::debugger::DebuggerFramework& debug = inspector.getDebugger();
+                    const unsigned int stopped = debug.getSuspendedEntity();
+                    std::cout << "tick " << simulation.getTick() << "  agents " << simulation.countAgents() << "  "
+                              << (debug.isSuspended()
+                                      ? "suspended" + (stopped == tov::utils::debugger::invalidEntity
+                                                           ? std::string()
+                                                           : " (agent " + std::to_string(stopped) + ")")
+                                      : std::string("running"))
+                              << std::endl;
+                }
+            }
+            simulation.stop();
+            if (options.tour) {
+                // A tour still waiting on a stop that will not come ends at its own deadline.
+                const bool passed = tour.get();
+                if (status == 0 && !passed) {
+                    status = 1;
+                }
+            }
+            inspector.shutdownHttp();
+            std::cout << "tov-demo: stopped at tick " << simulation.getTick() << std::endl;
+        }
+        world.setTick(simulation.getTick());
+        for (const demo::Agent* agent : simulation.getAgents()) {
+            world.publish(*agent);
+        }
+    }
+    inspector.unsubscribeAll();
+    inspector.unregisterEngine(engine.getPath());
+    if (!options.save.empty()) {
+        if (world.save(options.save, &logger)) {
+            std::cout << "tov-demo: world saved to " << options.save << ".json and " << options.save << ".txt\n";
+        } else {
+            status = 1;
+        }
+    }
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    demo::Options options;
+    std::string error;
+    if (!demo::parseOptions(argc, argv, options, error)) {
+        std::cerr << "tov-demo: " << error << "\n" << demo::usage();
+        return 2;
+    }
+    if (options.help) {
+        std::cout << demo::usage();
+        return 0;
+    }
+    std::signal(SIGINT, onSignal);
+    std::signal(SIGTERM, onSignal);
+
+    tov::utils::OstreamLogger logger(&std::cerr, &std::cerr, nullptr, nullptr);
+    if (!tov::utils::initialize(&logger)) {
+        return 1;
+    }
+    tov::utils::Facilities::instance().setLogger(logger);
+    const int status = run(options, logger);
+    tov::utils::Facilities::instance().clearLogger();
+    tov::utils::terminate(&logger);
+    return status;
+}
