@@ -49,6 +49,16 @@ bool parseOptions(int argc, const char* const* argv, Options& options, std::stri
             options.help = true;
             continue;
         }
+        static const char* const withValue[] = {"--port", "--bind", "--seconds", "--agents", "--workers",
+                                                "--seed", "--tick-ms", "--load", "--save"};
+        bool known = false;
+        for (const char* option : withValue) {
+            known = known || name == option;
+        }
+        if (!known) {
+            error = "unknown option " + name;
+            return false;
+        }
         if (value == nullptr) {
             error = "missing value after " + name;
             return false;
@@ -70,11 +80,8 @@ bool parseOptions(int argc, const char* const* argv, Options& options, std::stri
             valid = readNumber(value, 60000, options.tickMilliseconds);
         } else if (name == "--load") {
             options.load = value;
-        } else if (name == "--save") {
-            options.save = value;
         } else {
-            error = "unknown option " + name;
-            return false;
+            options.save = value;
         }
         if (!valid) {
             error = "bad value for " + name + ": " + value;

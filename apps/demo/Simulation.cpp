@@ -36,12 +36,13 @@ public:
 } // namespace
 
 Simulation::Simulation(World& world, WorldEngine& engine, std::vector<Agent*> agents, unsigned int workerCount,
-                       unsigned int tickMilliseconds)
+                       unsigned int tickMilliseconds, long long firstTick)
     : world(world),
       engine(engine),
       agents(std::move(agents)),
       workers(workerCount == 0 ? 1 : workerCount),
       tickMilliseconds(tickMilliseconds),
+      firstTick(firstTick),
       live_(tov::utils::Uri::create(BehaviourLocations::live)),
       seek_(tov::utils::Uri::create(BehaviourLocations::seek)),
       move_(tov::utils::Uri::create(BehaviourLocations::move)),
@@ -108,7 +109,7 @@ long long Simulation::getTick() const
             tick = rounds;
         }
     }
-    return tick < 0 ? 0 : tick;
+    return firstTick + (tick < 0 ? 0 : tick);
 }
 
 void Simulation::run(unsigned int worker)

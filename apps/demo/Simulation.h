@@ -28,8 +28,9 @@ struct BehaviourLocations {
 class Simulation {
 public:
     // Takes the agents (made by TOV_NEW, numbered 0..n-1) and registers them as the engine's entities.
+    // Ticks count on from `firstTick`, so that a loaded world goes on where it was saved.
     Simulation(World& world, WorldEngine& engine, std::vector<Agent*> agents, unsigned int workers,
-               unsigned int tickMilliseconds);
+               unsigned int tickMilliseconds, long long firstTick = 0);
     ~Simulation();
     Simulation(const Simulation&) = delete;
     Simulation& operator=(const Simulation&) = delete;
@@ -65,6 +66,7 @@ private:
     std::vector<Agent*> agents;
     std::vector<Worker> workers;
     unsigned int tickMilliseconds;
+    long long firstTick;
     std::atomic<bool> stopping{false};
     bool registered = false;
     tov::utils::Uri live_;

@@ -177,6 +177,14 @@ void World::readSeed(const tov::utils::DynamicObject& world, unsigned int& seed)
     }
 }
 
+void World::readTick(const tov::utils::DynamicObject& world, long long& tick)
+{
+    const unsigned int tickProperty = world.getProperty("tick");
+    if (world.getType(tickProperty) == tov::utils::type::integer && world.getInt(tickProperty) >= 0) {
+        tick = world.getInt(tickProperty);
+    }
+}
+
 std::vector<Agent*> World::createAgents(const tov::utils::DynamicObject& world, tov::utils::AbstractLogger* logger)
 {
     std::vector<Agent*> agents;

@@ -30,8 +30,9 @@ public:
 
     // Reads a file written by save, in either form (told apart by its first character), into `out`.
     static bool load(const char* fileName, tov::utils::DynamicObject& out, tov::utils::AbstractLogger* logger);
-    // The seed a loaded world was run with; `seed` stays as it is when the world has none.
+    // The seed a loaded world was run with and the tick it reached; each stays as it is when absent.
     static void readSeed(const tov::utils::DynamicObject& world, unsigned int& seed);
+    static void readTick(const tov::utils::DynamicObject& world, long long& tick);
     // The agents described by a loaded world, with their random streams where they were saved (the
     // manager's streams otherwise, so seed it first). Empty when the world has no agents.
     static std::vector<Agent*> createAgents(const tov::utils::DynamicObject& world, tov::utils::AbstractLogger* logger);

@@ -85,7 +85,7 @@ bool startInspector(tov::utils::debugger::InspectionFramework& inspector, const 
     return false;
 }
 
-std::vector<demo::Agent*> createWorld(const demo::Options& options, unsigned int& seed,
+std::vector<demo::Agent*> createWorld(const demo::Options& options, unsigned int& seed, long long& tick,
                                       tov::utils::AbstractLogger& logger)
 {
     tov::utils::RandomManager& random = tov::utils::Facilities::instance().getRandomNumberGenerator();
@@ -100,6 +100,7 @@ std::vector<demo::Agent*> createWorld(const demo::Options& options, unsigned int
         if (!options.seedGiven) {
             demo::World::readSeed(loaded, seed);
         }
+        demo::World::readTick(loaded, tick);
         random.seed(seed);
         return demo::World::createAgents(loaded, &logger);
     }
@@ -117,7 +118,8 @@ int run(const demo::Options& options, tov::utils::AbstractLogger& logger)
         return 1;
     }
     unsigned int seed = 0;
-    std::vector<demo::Agent*> agents = createWorld(options, seed, logger);
+    long long tick = 0;
+    std::vector<demo::Agent*> agents = createWorld(options, seed, tick, logger);
     if (agents.empty()) {
         return 1;
     }
@@ -126,6 +128,7 @@ int run(const demo::Options& options, tov::utils::AbstractLogger& logger)
         tov::utils::Facilities::instance().getInspectionFramework();
     demo::World world;
     world.reset(seed, agents);
+    world.setTick(tick);
     demo::WorldEngine engine(world);
     if (!inspector.registerEngine(engine)) {
         for (demo::Agent* agent : agents) {
@@ -140,7 +143,7 @@ int run(const demo::Options& options, tov::utils::AbstractLogger& logger)
     int status = 0;
     unsigned int port = 0;
     {
-        demo::Simulation simulation(world, engine, agents, options.workers, options.tickMilliseconds);
+        demo::Simulation simulation(world, engine, agents, options.workers, options.tickMilliseconds, tick);
         if (!startInspector(inspector, options, port)) {
             std::cerr << "tov-demo: the inspector cannot listen on " << options.bind << ":" << options.port << "\n";
             status = 1;

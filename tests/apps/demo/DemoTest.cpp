@@ -1,0 +1,270 @@
+#include "Agent.h"
+#include "HttpClient.h"
+#include "JsonText.h"
+#include "Options.h"
+#include "World.h"
+
+#include "support/AssertionGuard.h"
+
+#include <tov/utils/All.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace tov {
+namespace testing {
+namespace {
+
+// The library is initialized with the Agent type registered, and assertions throw, so that input from
+// a file that would reach one fails the test instead of ending it.
+class DemoTest : public AssertionTest {
+protected:
+    void SetUp() override
+    {
+        AssertionTest::SetUp();
+        ASSERT_TRUE(utils::initialize(nullptr));
+        ASSERT_TRUE(demo::registerAgentType(utils::Facilities::instance().getTypeManager(), nullptr));
+    }
+    void TearDown() override
+    {
+        for (demo::Agent* agent : agents) {
+            TOV_DELETE(agent);
+        }
+        for (const std::string& file : files) {
+            std::remove(file.c_str());
+        }
+        utils::terminate(nullptr);
+        AssertionTest::TearDown();
+    }
+
+    std::vector<demo::Agent*>& makeAgents(unsigned int count, unsigned int seed)
+    {
+        utils::RandomManager& random = utils::Facilities::instance().getRandomNumberGenerator();
+        random.seed(seed);
+        for (unsigned int i = 0; i < count; ++i) {
+            agents.push_back(TOV_NEW demo::Agent(i, random.createRandomStream(i)));
+        }
+        return agents;
+    }
+
+    // The agent's behaviour without the debugger: what Simulation::live does between its frames.
+    static void live(demo::Agent& agent, int rounds)
+    {
+        for (int i = 0; i < rounds; ++i) {
+            if (!agent.hasGoal()) {
+                agent.chooseGoal();
+            }
+            if (agent.moveTowardsGoal()) {
+                agent.eat();
+            }
+        }
+    }
+
+    static std::string describe(const demo::Agent& agent)
+    {
+        char text[160];
+        std::snprintf(text, sizeof text, "%.6f %.6f %.6f %.6f %.6f %d", agent.getX(), agent.getY(), agent.getEnergy(),
+                      agent.getGoalX(), agent.getGoalY(), agent.getMeals());
+        return text;
+    }
+
+    std::string file(const std::string& name, const std::string& content = "")
+    {
+        const std::string path = ::testing::TempDir() + name;
+        files.push_back(path);
+        if (!content.empty()) {
+            std::ofstream(path) << content;
+        }
+        return path;
+    }
+
+    std::vector<demo::Agent*> agents;
+    std::vector<std::string> files;
+};
+
+TEST_F(DemoTest, AgentsOfOneSeedLiveTheSameLivesWhateverTheOrderTheyRunIn)
+{
+    std::vector<demo::Agent*>& first = makeAgents(3, 1234);
+    for (int i = 2; i >= 0; --i) {
+        live(*first[i], 40);
+    }
+    std::vector<std::string> expected;
+    for (const demo::Agent* agent : first) {
+        expected.push_back(describe(*agent));
+    }
+    makeAgents(3, 1234);
+    const std::vector<demo::Agent*> again(agents.begin() + 3, agents.end());
+    for (demo::Agent* agent : again) {
+        live(*agent, 40);
+    }
+    for (unsigned int i = 0; i < 3; ++i) {
+        EXPECT_EQ(expected[i], describe(*again[i])) << "agent " << i;
+    }
+    EXPECT_NE(expected[0], expected[1]);   // each draws from a stream of its own
+    EXPECT_GT(first[0]->getMeals(), 0);    // 40 strides of 2.5 cross the world at least once
+}
+
+// A saved world, in either form, brings each agent back with its state and its place in its stream:
+// the loaded run goes on exactly as the saved one would have.
+TEST_F(DemoTest, ASavedWorldLoadsBackInBothFormsAndGoesOnAsTheOriginal)
+{
+    std::vector<demo::Agent*>& original = makeAgents(4, 77);
+    for (demo::Agent* agent : original) {
+        live(*agent, 7);
+    }
+    demo::World world;
+    world.reset(77, original);
+    world.setTick(7);
+    const std::string prefix = file("demo-world");
+    files.push_back(prefix + ".json");
+    files.push_back(prefix + ".txt");
+    ASSERT_TRUE(world.save(prefix, nullptr));
+    for (demo::Agent* agent : original) {
+        live(*agent, 9);
+    }
+
+    for (const char* extension : {".json", ".txt"}) {
+        utils::DynamicObject loaded;
+        ASSERT_TRUE(demo::World::load((prefix + extension).c_str(), loaded, nullptr)) << extension;
+        unsigned int seed = 0;
+        long long tick = 0;
+        demo::World::readSeed(loaded, seed);
+        demo::World::readTick(loaded, tick);
+        EXPECT_EQ(77u, seed);
+        EXPECT_EQ(7, tick);
+        utils::Facilities::instance().getRandomNumberGenerator().seed(999);   // the saved streams win
+        std::vector<demo::Agent*> restored = demo::World::createAgents(loaded, nullptr);
+        ASSERT_EQ(4u, restored.size()) << extension;
+        for (unsigned int i = 0; i < restored.size(); ++i) {
+            live(*restored[i], 9);
+            EXPECT_EQ(describe(*original[i]), describe(*restored[i])) << extension << " agent " << i;
+            TOV_DELETE(restored[i]);
+        }
+    }
+}
+
+TEST_F(DemoTest, WorldFilesOfTheWrongShapeGiveDefaultsAndNeverAnAssertion)
+{
+    struct Case {
+        const char* content;
+        unsigned int agents;
+        bool loads;
+    };
+    const Case cases[] = {
+        {"{\"seed\":\"x\",\"tick\":-4,\"agents\":[{\"x\":\"far\",\"meals\":true,\"random\":5},7,null]}", 3, true},
+        {"{\"agents\":{\"0\":{}}}", 0, true},
+        {"{\"agents\":[{\"random\":\"not a saved stream\",\"energy\":2}]}", 1, true},
+        {"version { major: 9 } root { type: Object }", 0, false},
+        {"{", 0, false},
+        {"   ", 0, false},
+    };
+    for (const Case& c : cases) {
+        const std::string path = file("demo-shape.json", c.content);
+        utils::DynamicObject loaded;
+        EXPECT_EQ(c.loads, demo::World::load(path.c_str(), loaded, nullptr)) << c.content;
+        unsigned int seed = 5;
+        long long tick = 3;
+        demo::World::readSeed(loaded, seed);
+        demo::World::readTick(loaded, tick);
+        EXPECT_EQ(5u, seed) << c.content;
+        EXPECT_EQ(3, tick) << c.content;
+        std::vector<demo::Agent*> made = demo::World::createAgents(loaded, nullptr);
+        EXPECT_EQ(c.agents, made.size()) << c.content;
+        for (demo::Agent* agent : made) {
+            agents.push_back(agent);
+        }
+    }
+    // What could be read was read; the rest kept the agent's own values.
+    EXPECT_EQ(2.0, agents.back()->getEnergy());
+}
+
+TEST_F(DemoTest, ResourcePathsBecomePropertyPathsByTheKindsMetOnTheWay)
+{
+    utils::DynamicObject world;
+    ASSERT_TRUE(demo::readJson("{\"seed\":1,\"agents\":[{\"x\":1.5},{\"x\":2.5,\"pos\":{\"y\":3}}]}", world, nullptr));
+    const struct {
+        const char* path;
+        const char* key;   // "" for none
+    } cases[] = {
+        {"/agents", "agents"},        {"/agents/1", "agents[1]"},       {"/agents/1/x", "agents[1].x"},
+        {"/agents/1/pos/y", "agents[1].pos.y"}, {"/agents//0/", "agents[0]"}, {"/seed", "seed"},
+        {"/agents/2", ""},            {"/agents/x", ""},                {"/seed/0", ""},
+        {"/agents/0/x/y", ""},        {"/agents.0", ""},                {"/agents[0]", ""},
+        {"/nothing", ""},             {"/agents/99999999", ""},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(c.key, demo::World::toPropertyPath(world, c.path, static_cast<unsigned int>(std::strlen(c.path))))
+            << c.path;
+    }
+    EXPECT_EQ(std::string(1, '\0'), demo::World::toPropertyPath(world, "/", 1));   // the whole world
+}
+
+TEST(DemoOptions, CommandLinesAreReadOrRefusedWithTheReason)
+{
+    const struct {
+        std::vector<const char*> arguments;
+        bool valid;
+        const char* error;
+    } cases[] = {
+        {{"--port", "0", "--seconds", "60", "--tour"}, true, ""},
+        {{"--bind", "0.0.0.0", "--agents", "3", "--workers", "1", "--seed", "0x10"}, true, ""},
+        {{"--load", "w.txt", "--save", "", "--tick-ms", "0"}, true, ""},
+        {{"--port", "65536"}, false, "bad value for --port: 65536"},
+        {{"--port", "-1"}, false, "bad value for --port: -1"},
+        {{"--agents", "0"}, false, "bad value for --agents: 0"},
+        {{"--seconds", "5s"}, false, "bad value for --seconds: 5s"},
+        {{"--seconds"}, false, "missing value after --seconds"},
+        {{"--fast"}, false, "unknown option --fast"},
+    };
+    for (const auto& c : cases) {
+        std::vector<const char*> argv{"tov-demo"};
+        argv.insert(argv.end(), c.arguments.begin(), c.arguments.end());
+        demo::Options options;
+        std::string error;
+        EXPECT_EQ(c.valid, demo::parseOptions(static_cast<int>(argv.size()), argv.data(), options, error)) << c.error;
+        EXPECT_EQ(c.error, error);
+    }
+    demo::Options options;
+    std::string error;
+    const char* argv[] = {"tov-demo", "--seed", "0x10", "--port", "0", "--save", ""};
+    ASSERT_TRUE(demo::parseOptions(7, argv, options, error));
+    EXPECT_EQ(16u, options.seed);
+    EXPECT_TRUE(options.seedGiven);
+    EXPECT_EQ(0u, options.port);
+    EXPECT_EQ("", options.save);
+}
+
+TEST(DemoHttpClient, RepliesAreReadToTheirLengthAndOnlyTheFirstCounts)
+{
+    const struct {
+        const char* raw;
+        int status;
+        const char* body;
+    } cases[] = {
+        {"HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}", 200, "{}"},
+        // The switch of engines answers twice on one connection: the second reply is not the body.
+        {"HTTP/1.1 200 OK\r\ncontent-length: 2\r\n\r\n{}HTTP/1.1 204 No Content\r\nContent-Length: 2\r\n\r\n{}", 200,
+         "{}"},
+        {"HTTP/1.1 404 Not Found\r\n\r\nnothing here", 404, "nothing here"},
+        {"HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n[1,2", 200, "[1,2"},
+        {"HTTP/1.1 200 OK\r\nContent-Len", 0, ""},
+        {"", 0, ""},
+        {"SSH-2.0\r\n\r\n", 0, ""},
+    };
+    for (const auto& c : cases) {
+        const demo::HttpClient::Reply reply = demo::HttpClient::parse(c.raw);
+        EXPECT_EQ(c.status, reply.status) << c.raw;
+        EXPECT_EQ(c.body, reply.body) << c.raw;
+    }
+    // Nobody listens on port 1: no answer, within the time-out.
+    EXPECT_EQ(0, demo::HttpClient("127.0.0.1", 1, 500).send("GET", "/api").status);
+}
+
+} // namespace
+} // namespace testing
+} // namespace tov
