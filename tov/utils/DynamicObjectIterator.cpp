@@ -71,6 +71,10 @@ void DynamicObjectIterator::initializeTraversal(unsigned int start)
     depth = 0;
     stack.clear();
     key.clear();
+    // Room for a usual depth of trie and a usual key at once: writers make an iterator per object, and
+    // growing both step by step was most of what such a walk allocated.
+    stack.reserve(256);
+    key.reserve(256);
 }
 
 DynamicObjectIterator& DynamicObjectIterator::next()
