@@ -1,0 +1,45 @@
+// The smallest host: one engine whose single entity enters a frame each round, served over HTTP.
+#include <tov/utils/All.h>
+#include <tov/utils/debugger/All.h>
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+using namespace tov::utils;
+using namespace tov::utils::debugger;
+
+struct Frame : AbstractContext {
+    Uri at = Uri::create("tov:hello.behavior#greet");
+    DynamicObject state;
+    const Uri& getLocation() const override { return at; }
+    void invalidate() override {}
+    void accept(AbstractContextVisitor& visitor) const override { visitor.visit(state); }
+};
+struct Frames : AbstractContextFactory { AbstractContext* create() override { return TOV_NEW Frame(); } };
+struct Hello : AbstractEngine {
+    Hello() : AbstractEngine("hello", true) {}
+    void setDebuggerFacade(EngineDebuggerFacade& given) override { AbstractEngine::setDebuggerFacade(given); facade = &given; }
+    EngineDebuggerFacade* facade = nullptr;
+};
+
+int main(int argc, char** argv)
+{
+    OstreamLogger log(&std::cerr, nullptr, nullptr, nullptr);
+    if (!initialize(&log)) return 1;
+    InspectionFramework& inspector = Facilities::instance().getInspectionFramework();
+    Hello hello;                                          // alive while registered
+    inspector.registerEngine(hello);
+    const unsigned int entity = 0;                        // ids dense from 0
+    hello.onEntitiesRegistration(&entity, 1);
+    const unsigned int port = argc > 1 ? std::atoi(argv[1]) : 8000;
+    if (inspector.startHttp("127.0.0.1", port)) std::printf("GET http://127.0.0.1:%u/api/debug/entities\n", port);
+    Frames frames;
+    for (int round = 0; round < 3; ++round) {             // a real host runs until told to stop
+        hello.facade->pushContext(hello, entity, frames); // a stopped entity waits here ...
+        TOV_DELETE(hello.facade->popContext(hello, entity));   // ... and here
+    }
+    std::printf("entity 0 is back at its bottom frame: %u\n", inspector.getDebugger().countContexts(entity));
+    if (inspector.isHttpStarted()) inspector.shutdownHttp();
+    hello.onEntitiesUnregistration(&entity, 1);
+    inspector.unregisterEngine("hello");
+    terminate(&log);
+}
