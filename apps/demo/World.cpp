@@ -119,7 +119,16 @@ bool World::serve(const char* path, unsigned int length, tov::utils::AbstractObj
         return tov::utils::serializeDynamicObject(state, builder);
     }
     tov::utils::DynamicObject part;
-    state.retrieve(key.c_str(), part);
+    const unsigned int property = state.getProperty(key.c_str());
+    const tov::utils::type::Type kind = state.getType(property);
+    if (kind == tov::utils::type::object || kind == tov::utils::type::array) {
+        state.retrieve(property, part);
+    } else {
+        // A reply is an object or an array: a single value goes out under its own name, {"tick":42}.
+        const std::size_t cut = key.find_last_of(".[");
+        const std::string name = cut == std::string::npos ? key : key.substr(cut + 1, key.back() == ']' ? key.size() - cut - 2 : std::string::npos);
+        part.put(part.addProperty(name.c_str()), state, property);
+    }
     return tov::utils::serializeDynamicObject(part, builder);
 }
 

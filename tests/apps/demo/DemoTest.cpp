@@ -204,6 +204,36 @@ TEST_F(DemoTest, ResourcePathsBecomePropertyPathsByTheKindsMetOnTheWay)
     EXPECT_EQ(std::string(1, '\0'), demo::World::toPropertyPath(world, "/", 1));   // the whole world
 }
 
+TEST_F(DemoTest, TheWorldServesObjectsArraysAndSingleValuesAsJsonReplies)
+{
+    std::vector<demo::Agent*>& made = makeAgents(2, 9);
+    demo::World world;
+    world.reset(9, made);
+    world.setTick(42);
+    const struct {
+        const char* path;
+        const char* reply;   // "" for not found
+    } cases[] = {
+        {"/tick", "{\"tick\":42}"},
+        {"/agents/1/meals", "{\"meals\":0}"},
+        {"/agents/1/name", "{\"name\":\"forager-1\"}"},
+        {"/agents/2", ""},
+    };
+    for (const auto& c : cases) {
+        demo::TextStream text;
+        utils::JsonObjectBuilder json(text, false);
+        EXPECT_EQ(*c.reply != '\0', world.serve(c.path, static_cast<unsigned int>(std::strlen(c.path)), json)) << c.path;
+        EXPECT_EQ(c.reply, text.getText()) << c.path;
+    }
+    demo::TextStream whole;
+    utils::JsonObjectBuilder json(whole, false);
+    ASSERT_TRUE(world.serve("", 0, json));
+    utils::DynamicObject read;
+    ASSERT_TRUE(demo::readJson(whole.getText(), read, nullptr));
+    EXPECT_EQ(2u, read.countChildren("agents"));
+    EXPECT_EQ(9, read.getInt("seed"));
+}
+
 TEST(DemoOptions, CommandLinesAreReadOrRefusedWithTheReason)
 {
     const struct {
