@@ -18,7 +18,6 @@ namespace inspect {
 namespace {
 
 using utils::DynamicObject;
-namespace type = utils::type;
 
 constexpr const char* eventTypes[] = {"initialization", "termination",    "disconnection", "suspension",
                                       "registration",   "unregistration", "breakpoint"};
@@ -30,7 +29,7 @@ int subscribeWith(Session& session, const std::string& type, const std::string& 
     DynamicObject document;
     long long request = 0;
     const char* path = "events/subscriptions";
-    if (!session.callJson("POST", path, body, reply, document, "subscribe: the host refused the subscription")) {
+    if (!session.callJson("POST", path, body, reply, document, type + ": the host refused the subscription")) {
         return session.getStatus();
     }
     if (!readInteger(document, document.getRoot(), "requestId", request)) {
@@ -64,7 +63,7 @@ bool listEvents(Session& session, std::vector<long long>& ids)
         return false;
     }
     for (const unsigned int element : elements) {
-        if (document.getType(element) != type::integer) {
+        if (document.getType(element) != utils::type::integer) {
             session.unexpected("GET", "events");
             return false;
         }
