@@ -4,7 +4,6 @@ set(TOV_DEMO_DIR ${PROJECT_SOURCE_DIR}/apps/demo)
 tov_add_test_suite(tov_demo_tests
   apps/demo/DemoTest.cpp
   ${TOV_DEMO_DIR}/Agent.cpp
-  ${TOV_DEMO_DIR}/HttpClient.cpp
   ${TOV_DEMO_DIR}/JsonText.cpp
   ${TOV_DEMO_DIR}/Options.cpp
   ${TOV_DEMO_DIR}/World.cpp)

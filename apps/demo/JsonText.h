@@ -1,5 +1,5 @@
 #pragma once
-// JSON texts in memory to and from property trees, for the demo's files and its HTTP client.
+// JSON texts in memory to and from property trees, for the demo's files and the tour's checks.
 //   tov::utils::DynamicObject reply;  demo::readJson("{\"suspended\":true}", reply, logger);
 //   std::string text = demo::writeJson(reply);
 

@@ -1,13 +1,16 @@
 #include "Tour.h"
 
-#include "HttpClient.h"
 #include "JsonText.h"
 #include "Simulation.h"
+
+#include <apps/inspect/Commands.h>
 
 #include <chrono>
 #include <functional>
 #include <ostream>
+#include <sstream>
 #include <thread>
+#include <vector>
 
 namespace demo {
 
@@ -16,30 +19,43 @@ namespace {
 using tov::utils::DynamicObject;
 namespace type = tov::utils::type;
 
-// One session: prints each request with its reply, and counts the checks that failed.
+// One session of tov-inspect against this host: each command is shown as a person would type it, with
+// what the client printed; the checks read the same commands' JSON quietly. Failed checks are counted.
 class Session {
 public:
-    Session(const std::string& address, unsigned int port, std::ostream& out) : client(address, port), out(out) {}
-
-    HttpClient::Reply call(const std::string& method, const std::string& path, const std::string& body = "",
-                           bool quiet = false)
+    Session(const std::string& address, unsigned int port, std::ostream& out)
+        : target{"--host", address, "--port", std::to_string(port)}, out(out)
     {
-        const HttpClient::Reply reply = client.send(method, "/api/" + path, body);
-        if (!quiet) {
-            out << "  " << method << " /api/" << path << (body.empty() ? "" : " " + body) << "\n    -> "
-                << reply.status << " " << shorten(reply.body) << "\n";
-        }
-        return reply;
     }
 
-    // The reply's body as a tree; empty unless the status is 200.
-    DynamicObject read(const std::string& method, const std::string& path, const std::string& body = "",
-                       bool quiet = false)
+    // The client's exit status; `printed` receives its output.
+    int show(const std::vector<std::string>& command, std::string* printed = nullptr)
     {
+        out << "  $ tov-inspect";
+        for (const std::string& word : command) {
+            out << ' ' << word;
+        }
+        out << '\n';
+        std::ostringstream text;
+        std::ostringstream errors;
+        const int status = tov::inspect::run(withTarget(command, false), text, errors);
+        indent(text.str());
+        indent(errors.str());
+        if (printed != nullptr) {
+            *printed = text.str();
+        }
+        return status;
+    }
+
+    // The first JSON reply of the command as a tree; empty when the client failed.
+    DynamicObject read(const std::vector<std::string>& command)
+    {
+        std::ostringstream text;
+        std::ostringstream errors;
         DynamicObject tree;
-        const HttpClient::Reply reply = call(method, path, body, quiet);
-        if (reply.status == 200) {
-            readJson(reply.body, tree, nullptr);
+        if (tov::inspect::run(withTarget(command, true), text, errors) == tov::inspect::exitSuccess) {
+            const std::string replies = text.str();
+            readJson(replies.substr(0, replies.find('\n')), tree, nullptr);
         }
         return tree;
     }
@@ -68,35 +84,49 @@ public:
     int failures = 0;
 
 private:
-    static std::string shorten(const std::string& text)
+    std::vector<std::string> withTarget(const std::vector<std::string>& command, bool json) const
     {
-        return text.size() <= 300 ? text : text.substr(0, 300) + "...";
+        std::vector<std::string> arguments = target;
+        if (json) {
+            arguments.push_back("--json");
+        }
+        arguments.insert(arguments.end(), command.begin(), command.end());
+        return arguments;
     }
 
-    HttpClient client;
+    void indent(const std::string& text)
+    {
+        std::istringstream lines(text);
+        for (std::string line; std::getline(lines, line);) {
+            out << "    " << line << '\n';
+        }
+    }
+
+    std::vector<std::string> target;
     std::ostream& out;
 };
 
-// The location of the top frame of an entity's stack, "" when it cannot be read.
-std::string topLocation(Session& session, unsigned int entity)
+unsigned int countElements(const DynamicObject& list)
 {
-    const DynamicObject contexts = session.read("GET", "debug/entities/" + std::to_string(entity) + "/contexts");
-    const unsigned int list = contexts.getRoot();
-    if (contexts.getType(list) != type::array || contexts.countChildren(list) == 0) {
+    return list.getType(list.getRoot()) == type::array ? list.countChildren(list.getRoot()) : 0;
+}
+
+// The location of the top frame of an entity's stack, "" when it cannot be read.
+std::string topLocation(Session& session, const std::string& entity)
+{
+    const DynamicObject contexts = session.read({"stack", entity});
+    const unsigned int depth = countElements(contexts);
+    if (depth == 0) {
         return std::string();
     }
-    const unsigned int top = contexts.getChild(list, contexts.countChildren(list) - 1);
-    const unsigned int location = contexts.getChild(top, "location");
-    if (contexts.getType(location) != type::string) {
-        return std::string();
-    }
-    return contexts.getString(location);
+    const unsigned int location = contexts.getChild(contexts.getChild(contexts.getRoot(), depth - 1), "location");
+    return contexts.getType(location) == type::string ? contexts.getString(location) : std::string();
 }
 
 // The entity stopped at the moment, or -1 while running.
 long long suspendedEntity(Session& session)
 {
-    const DynamicObject state = session.read("GET", "debug/suspend", "", true);
+    const DynamicObject state = session.read({"status"});
     const unsigned int suspended = state.getProperty("suspended");
     const unsigned int entity = state.getProperty("entity");
     if (state.getType(suspended) != type::boolean || !state.getBool(suspended) ||
@@ -114,6 +144,18 @@ bool waitForStop(Session& session, long long& entity)
     });
 }
 
+// The number behind "request " in what break and subscribe print, "" when there is none.
+std::string requestNumber(const std::string& printed)
+{
+    const std::size_t at = printed.find("request ");
+    if (at == std::string::npos) {
+        return std::string();
+    }
+    const std::size_t start = at + 8;
+    const std::size_t end = printed.find_first_not_of("0123456789", start);
+    return printed.substr(start, end - start);
+}
+
 } // namespace
 
 bool runTour(const std::string& address, unsigned int port, unsigned int agents, std::ostream& out)
@@ -123,83 +165,77 @@ bool runTour(const std::string& address, unsigned int port, unsigned int agents,
     const std::string live = BehaviourLocations::live;
 
     session.step("list the agents of the world and the entities of the debugger");
-    const DynamicObject world = session.read("GET", "world/agents");
-    session.check(world.getType(world.getRoot()) == type::array && world.countChildren(world.getRoot()) == agents,
+    session.check(countElements(session.read({"get", "world/agents"})) == agents,
                   "the world holds " + std::to_string(agents) + " agents");
-    const DynamicObject agent = session.read("GET", "world/agents/1");
+    session.show({"get", "world/agents/1"});
+    const DynamicObject agent = session.read({"get", "world/agents/1"});
     session.check(agent.getType("energy") == type::real && agent.getType("x") == type::real,
                   "an agent shows its position and energy");
-    const DynamicObject entities = session.read("GET", "debug/entities");
-    session.check(entities.getType(entities.getRoot()) == type::array &&
-                      entities.countChildren(entities.getRoot()) == agents,
-                  "the debugger lists one entity per agent");
+    session.show({"entities"});
+    session.check(countElements(session.read({"entities"})) == agents, "the debugger lists one entity per agent");
 
     session.step("subscribe to suspensions, and a breakpoint at " + seek + " from its second pass");
-    session.check(session.call("POST", "events/subscriptions", "{\"type\":\"suspension\"}").status == 200,
-                  "suspensions are queued");
-    const DynamicObject subscribed = session.read(
-        "POST", "events/subscriptions",
-        "{\"type\":\"breakpoint\",\"filters\":{\"location\":\"" + seek + "\",\"hitcount\":2}}");
-    const unsigned int requestId = subscribed.getProperty("requestId");
-    const bool armed = subscribed.getType(requestId) == type::integer;
-    session.check(armed, "the breakpoint has a request id");
+    session.check(session.show({"subscribe", "suspension"}) == tov::inspect::exitSuccess, "suspensions are queued");
+    std::string printed;
+    const bool armed = session.show({"break", seek, "--hits", "2"}, &printed) == tov::inspect::exitSuccess;
+    const std::string requestId = requestNumber(printed);
+    session.check(armed && !requestId.empty(), "the breakpoint has a request id");
 
     session.step("wait for the hit, then remove the breakpoint so that no other agent stops there");
     long long stopped = -1;
-    const bool hit = armed && waitForStop(session, stopped);
+    const bool hit = armed && session.show({"wait-suspended", "--timeout", "10"}) == tov::inspect::exitSuccess;
     session.check(hit, "an agent stopped");
     if (armed) {
-        session.check(session.call("DELETE", "events/subscriptions/" + std::to_string(subscribed.getInt(requestId)))
-                              .status == 200,
-                      "the breakpoint is removed");
+        session.check(session.show({"unsubscribe", requestId}) == tov::inspect::exitSuccess, "the breakpoint is removed");
     }
     if (!hit) {
-        session.call("POST", "debug/resume");
+        session.show({"resume"});
         return false;
     }
     // A second worker may have reached the breakpoint before it went: the steps follow the last stop.
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
     waitForStop(session, stopped);
     const std::string entity = std::to_string(stopped);
-    out << "  agent " << entity << " stopped\n";
+    session.show({"status"});
 
     session.step("print the stack of agent " + entity + " and the state its top frame shows");
-    session.check(topLocation(session, static_cast<unsigned int>(stopped)) == seek, "the top frame is at " + seek);
-    const DynamicObject stack = session.read("GET", "debug/entities/" + entity + "/contexts");
-    const unsigned int depth =
-        stack.getType(stack.getRoot()) == type::array ? stack.countChildren(stack.getRoot()) : 0;
+    session.show({"stack", entity});
+    session.check(topLocation(session, entity) == seek, "the top frame is at " + seek);
+    const unsigned int depth = countElements(session.read({"stack", entity}));
     session.check(depth == 3, "the stack holds the simulation, #live and #seek");
-    const DynamicObject frame = session.read("GET", "debug/entities/" + entity + "/contexts/" + std::to_string(depth - 1));
+    const std::vector<std::string> top = {"context", entity, std::to_string(depth - 1)};
+    session.show(top);
+    const DynamicObject frame = session.read(top);
     session.check(frame.getProperty("energy") != 0 && frame.getProperty("position") != 0 &&
                       frame.getProperty("target") != 0,
                   "the frame shows position, energy and target");
 
     session.step("step over: #move comes and goes, the stop is back in #seek");
-    session.check(session.call("POST", "debug/stepover").status == 200, "step over is accepted");
+    session.check(session.show({"step", "over"}) == tov::inspect::exitSuccess, "step over is accepted");
     long long after = -1;
     session.check(waitForStop(session, after) && after == stopped, "agent " + entity + " stopped again");
-    session.check(topLocation(session, static_cast<unsigned int>(stopped)) == seek, "the top frame is at " + seek);
+    session.check(topLocation(session, entity) == seek, "the top frame is at " + seek);
 
     session.step("step out: #seek returns, the stop is in #live");
-    session.check(session.call("POST", "debug/stepout").status == 200, "step out is accepted");
+    session.check(session.show({"step", "out"}) == tov::inspect::exitSuccess, "step out is accepted");
     session.check(waitForStop(session, after) && after == stopped, "agent " + entity + " stopped again");
-    session.check(topLocation(session, static_cast<unsigned int>(stopped)) == live, "the top frame is at " + live);
+    session.show({"stack", entity});
+    session.check(topLocation(session, entity) == live, "the top frame is at " + live);
 
     session.step("resume");
-    session.check(session.call("POST", "debug/resume").status == 200, "resume is accepted");
+    session.check(session.show({"resume"}) == tov::inspect::exitSuccess, "resume is accepted");
     session.check(Session::waitFor([&] { return suspendedEntity(session) < 0; }), "the simulation runs");
 
     session.step("read the events, then delete them");
-    const DynamicObject events = session.read("GET", "events");
+    const DynamicObject events = session.read({"get", "events"});
     unsigned int breakpoints = 0;
     unsigned int suspensions = 0;
-    const unsigned int count = events.getType(events.getRoot()) == type::array ? events.countChildren(events.getRoot()) : 0;
-    for (unsigned int i = 0; i < count; ++i) {
+    for (unsigned int i = 0; i < countElements(events); ++i) {
         const unsigned int id = events.getChild(events.getRoot(), i);
         if (events.getType(id) != type::integer) {
             continue;
         }
-        const DynamicObject event = session.read("GET", "events/" + std::to_string(events.getInt(id)));
+        const DynamicObject event = session.read({"get", "events/" + std::to_string(events.getInt(id))});
         const unsigned int kind = event.getProperty("type");
         if (event.getType(kind) != type::string) {
             continue;
@@ -216,9 +252,8 @@ bool runTour(const std::string& address, unsigned int port, unsigned int agents,
     session.check(breakpoints >= 1, "a breakpoint event at " + seek);
     // A breakpoint stops its thread without a suspension event; each step's stop has one.
     session.check(suspensions >= 2, "a suspension event of agent " + entity + " for each step");
-    session.check(session.call("DELETE", "events").status == 200, "the events are deleted");
-    const HttpClient::Reply left = session.call("GET", "events");
-    session.check(left.status == 200 && left.body == "[]", "no event is left");
+    session.check(session.show({"events", "--delete"}) == tov::inspect::exitSuccess, "the events are shown and deleted");
+    session.check(countElements(session.read({"get", "events"})) == 0, "no event is left");
 
     out << "tour: " << (session.failures == 0 ? "every step behaved" : std::to_string(session.failures) + " checks failed")
         << std::endl;

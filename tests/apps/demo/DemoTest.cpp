@@ -1,5 +1,4 @@
 #include "Agent.h"
-#include "HttpClient.h"
 #include "JsonText.h"
 #include "Options.h"
 #include "World.h"
@@ -267,32 +266,6 @@ TEST(DemoOptions, CommandLinesAreReadOrRefusedWithTheReason)
     EXPECT_TRUE(options.seedGiven);
     EXPECT_EQ(0u, options.port);
     EXPECT_EQ("", options.save);
-}
-
-TEST(DemoHttpClient, RepliesAreReadToTheirLengthAndOnlyTheFirstCounts)
-{
-    const struct {
-        const char* raw;
-        int status;
-        const char* body;
-    } cases[] = {
-        {"HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}", 200, "{}"},
-        // The switch of engines answers twice on one connection: the second reply is not the body.
-        {"HTTP/1.1 200 OK\r\ncontent-length: 2\r\n\r\n{}HTTP/1.1 204 No Content\r\nContent-Length: 2\r\n\r\n{}", 200,
-         "{}"},
-        {"HTTP/1.1 404 Not Found\r\n\r\nnothing here", 404, "nothing here"},
-        {"HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n[1,2", 200, "[1,2"},
-        {"HTTP/1.1 200 OK\r\nContent-Len", 0, ""},
-        {"", 0, ""},
-        {"SSH-2.0\r\n\r\n", 0, ""},
-    };
-    for (const auto& c : cases) {
-        const demo::HttpClient::Reply reply = demo::HttpClient::parse(c.raw);
-        EXPECT_EQ(c.status, reply.status) << c.raw;
-        EXPECT_EQ(c.body, reply.body) << c.raw;
-    }
-    // Nobody listens on port 1: no answer, within the time-out.
-    EXPECT_EQ(0, demo::HttpClient("127.0.0.1", 1, 500).send("GET", "/api").status);
 }
 
 } // namespace
