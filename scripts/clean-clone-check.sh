@@ -18,5 +18,6 @@ cd "$scratch/tov_utils"
 echo "== clean clone at $(git rev-parse --short HEAD) in $scratch"
 bash scripts/test.sh --no-sanitizers --soak-seconds 10
 if [ -f scripts/demo.sh ]; then
-  bash scripts/demo.sh --seconds 5
+  # On a free port: a machine may have another server on the demo's default one.
+  bash scripts/demo.sh --seconds 5 --port 0
 fi
