@@ -159,8 +159,9 @@ TEST_F(DebuggerTest, SuspendingAllStopsEveryThreadAndOneResumeLetsThemAllGo)
         }
         return stops.size() == 2;
     }));
-    // Each event comes just before its thread enters the gate.
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    // Each event comes just before its thread enters the gate: time enough to get there, even under a
+    // sanitizer.
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
     EXPECT_TRUE(debugger().resume());
     EXPECT_TRUE(waitFor([this] { return simulation.finished == 2; }));
     // Frames of an invalidated engine stop nothing, even with everything armed.
