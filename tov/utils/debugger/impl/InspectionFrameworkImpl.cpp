@@ -233,41 +233,42 @@ AbstractEngine* InspectionFrameworkImpl::route(const char* path, unsigned int le
     return nullptr;
 }
 
+// The state lock is held for the whole of the engine's call.
+template <typename Call>
+resources::Status InspectionFrameworkImpl::routeCall(const char* path, unsigned int length, Call call) const
+{
+    ScopedMutex state(stateLock);
+    unsigned int offset = 0;
+    AbstractEngine* engine = route(path, length, offset);
+    if (engine == nullptr) {
+        return resources::NotFound;
+    }
+    return call(*engine, path + offset, length - offset);
+}
+
 resources::Status InspectionFrameworkImpl::retrieveResource(const char* path, unsigned int length,
                                                             const DynamicObject* query,
                                                             AbstractObjectBuilder& builder) const
 {
-    ScopedMutex state(stateLock);
-    unsigned int offset = 0;
-    const AbstractEngine* engine = route(path, length, offset);
-    if (engine == nullptr) {
-        return resources::NotFound;
-    }
-    return engine->retrieveResource(path + offset, length - offset, query, builder);
+    return routeCall(path, length, [&](const AbstractEngine& engine, const char* rest, unsigned int restLength) {
+        return engine.retrieveResource(rest, restLength, query, builder);
+    });
 }
 
 resources::Status InspectionFrameworkImpl::createResource(const char* path, unsigned int length,
                                                           const DynamicObject* query, AbstractObjectBuilder& builder)
 {
-    ScopedMutex state(stateLock);
-    unsigned int offset = 0;
-    AbstractEngine* engine = route(path, length, offset);
-    if (engine == nullptr) {
-        return resources::NotFound;
-    }
-    return engine->createResource(path + offset, length - offset, query, builder);
+    return routeCall(path, length, [&](AbstractEngine& engine, const char* rest, unsigned int restLength) {
+        return engine.createResource(rest, restLength, query, builder);
+    });
 }
 
 resources::Status InspectionFrameworkImpl::deleteResource(const char* path, unsigned int length,
                                                           const DynamicObject* query, AbstractObjectBuilder& builder)
 {
-    ScopedMutex state(stateLock);
-    unsigned int offset = 0;
-    AbstractEngine* engine = route(path, length, offset);
-    if (engine == nullptr) {
-        return resources::NotFound;
-    }
-    return engine->deleteResource(path + offset, length - offset, query, builder);
+    return routeCall(path, length, [&](AbstractEngine& engine, const char* rest, unsigned int restLength) {
+        return engine.deleteResource(rest, restLength, query, builder);
+    });
 }
 
 void InspectionFrameworkImpl::onInitialization(unsigned int) {}
@@ -332,15 +333,6 @@ InspectionFrameworkImpl::Stack* InspectionFrameworkImpl::findStack(unsigned int 
     return slot != entityIndex.end() ? slot->second.stack : nullptr;
 }
 
-InspectionFrameworkImpl::Stack& InspectionFrameworkImpl::getStack(unsigned int entity)
-{
-    EntitySlot& slot = entityIndex[entity];
-    if (slot.stack == nullptr) {
-        slot.stack = &entityContexts[entity];
-    }
-    return *slot.stack;
-}
-
 void InspectionFrameworkImpl::appendEntity(unsigned int entity)
 {
     entities.push_back(entity);
@@ -356,6 +348,11 @@ void InspectionFrameworkImpl::removeEntity(unsigned int entity)
 bool InspectionFrameworkImpl::isEntityRegistered(unsigned int entity) const
 {
     ScopedMutex state(stateLock);
+    return isRegisteredLocked(entity);
+}
+
+bool InspectionFrameworkImpl::isRegisteredLocked(unsigned int entity) const
+{
     const EntityIndex::const_iterator slot = entityIndex.find(entity);
     return slot != entityIndex.end() && slot->second.registrations != 0;
 }
@@ -364,7 +361,7 @@ bool InspectionFrameworkImpl::areEntitiesRegistered(const unsigned int* ids, uns
 {
     ScopedMutex state(stateLock);
     for (unsigned int i = 0; i < count; ++i) {
-        if (!isEntityRegistered(ids[i])) {
+        if (!isRegisteredLocked(ids[i])) {
             return false;
         }
     }
@@ -398,7 +395,7 @@ void InspectionFrameworkImpl::onEntitiesUnregistration(AbstractEngine& engine, c
     ScopedMutex state(stateLock);
     for (unsigned int i = 0; i < count; ++i) {
         const unsigned int id = ids[i];
-        if (!isEntityRegistered(id)) {
+        if (!isRegisteredLocked(id)) {
             continue;
         }
         Stack* stack = findStack(id);
@@ -451,7 +448,7 @@ unsigned int InspectionFrameworkImpl::countContexts(unsigned int entity) const
 const InspectionFrameworkImpl::Stack* InspectionFrameworkImpl::findReportedStack(unsigned int entity,
                                                                                 AbstractLogger* logger) const
 {
-    if (!isEntityRegistered(entity)) {
+    if (!isRegisteredLocked(entity)) {
         TOV_LOG_ERROR(logger, error::invalidArgument, "Entity '" << entity << "' is not registered on the debugger.");
         return nullptr;
     }
@@ -485,22 +482,26 @@ AbstractContext* InspectionFrameworkImpl::getContext(unsigned int entity, unsign
     return (*stack)[index];
 }
 
+// The armed conditions are tested in the same hold of the lock as the push; the thread stops, if it must,
+// only after letting the lock go.
 void InspectionFrameworkImpl::pushContext(AbstractEngine& engine, unsigned int entity, AbstractContextFactory& factory)
 {
     const unsigned long long key = computeEngineKey(engine);
-    AbstractContext* context = nullptr;
-    bool invalidated = false;
+    bool stop = false;
     {
         ScopedMutex state(stateLock);
-        TOV_ASSERT(isEntityRegistered(entity), "Entity '" << entity << "' is not registered on the debugger.");
-        context = factory.create();
-        getStack(entity).push_back(context);
+        EntitySlot& slot = entityIndex[entity];
+        TOV_ASSERT(slot.registrations != 0, "Entity '" << entity << "' is not registered on the debugger.");
+        AbstractContext* context = factory.create();
+        if (slot.stack == nullptr) {
+            slot.stack = &entityContexts[entity];
+        }
+        slot.stack->push_back(context);
         engineContexts[key].push_back(context);
-        invalidated = !invalidatedEngines.empty() && invalidatedEngines.count(key) != 0;
+        stop = !isInvalidated(key) && isArmedFor(entity, context);
     }
-    // Outside the lock: the thread may stop here.
-    if (!invalidated) {
-        checkSuspension(entity, context);
+    if (stop) {
+        stopHere(entity);
     }
 }
 
@@ -508,17 +509,18 @@ AbstractContext* InspectionFrameworkImpl::popContext(AbstractEngine& engine, uns
 {
     const unsigned long long key = computeEngineKey(engine);
     AbstractContext* popped = nullptr;
-    AbstractContext* top = nullptr;
-    bool invalidated = false;
+    bool stop = false;
     {
         ScopedMutex state(stateLock);
-        TOV_ASSERT(isEntityRegistered(entity), "Entity '" << entity << "' is not registered on the debugger.");
+        const EntityIndex::const_iterator slot = entityIndex.find(entity);
+        TOV_ASSERT(slot != entityIndex.end() && slot->second.registrations != 0,
+                   "Entity '" << entity << "' is not registered on the debugger.");
         // The engine's newest frame, whichever entity it belongs to: cleaning searches by value.
         const auto pushed = engineContexts.find(key);
         if (pushed != engineContexts.end() && !pushed->second.empty()) {
             pushed->second.pop_back();
         }
-        Stack* stack = findStack(entity);
+        Stack* stack = slot != entityIndex.end() ? slot->second.stack : nullptr;
         TOV_ASSERT(stack != nullptr && !stack->empty(),
                    "Cannot pop context on a empty stack frames for entity '" << entity << "'.");
         // An empty stack has nothing to give, whatever the assertion function decided.
@@ -527,15 +529,15 @@ AbstractContext* InspectionFrameworkImpl::popContext(AbstractEngine& engine, uns
         }
         popped = stack->back();
         stack->pop_back();
-        top = stack->empty() ? nullptr : stack->back();
+        AbstractContext* top = stack->empty() ? nullptr : stack->back();
         // Stepping over a frame that returns goes on in its caller.
         if (popped != nullptr && popped == stepOverContext) {
             stepOverContext = top;
         }
-        invalidated = !invalidatedEngines.empty() && invalidatedEngines.count(key) != 0;
+        stop = !isInvalidated(key) && isArmedFor(entity, top);
     }
-    if (!invalidated) {
-        checkSuspension(entity, top);
+    if (stop) {
+        stopHere(entity);
     }
     return popped;
 }
@@ -602,7 +604,7 @@ void InspectionFrameworkImpl::suspend()
 bool InspectionFrameworkImpl::suspendEntity(unsigned int entity)
 {
     ScopedMutex state(stateLock);
-    if (!isEntityRegistered(entity)) {
+    if (!isRegisteredLocked(entity)) {
         return false;
     }
     clearSuspensionRequests();
@@ -662,21 +664,24 @@ void InspectionFrameworkImpl::stepOver()
     controller->resume();
 }
 
-// The lock is released before the event and the stop, so that listeners may call back and the stopped
-// thread holds nothing (unless it came here from a registration, which holds the lock throughout).
-void InspectionFrameworkImpl::checkSuspension(unsigned int entity, const AbstractContext* context)
+bool InspectionFrameworkImpl::isInvalidated(unsigned long long engineKey) const
 {
-    bool stop = false;
-    {
-        ScopedMutex state(stateLock);
-        stop = suspendEverything || (!suspendEntities.empty() && suspendEntities.count(entity) != 0) ||
-               (context != nullptr && (context == stepOutContext || context == stepOverContext));
-    }
-    if (stop) {
-        SuspensionNotifier notifier(entity);
-        requests.accept(notifier);
-        controller->suspend();
-    }
+    return !invalidatedEngines.empty() && invalidatedEngines.count(engineKey) != 0;
+}
+
+bool InspectionFrameworkImpl::isArmedFor(unsigned int entity, const AbstractContext* top) const
+{
+    return suspendEverything || (!suspendEntities.empty() && suspendEntities.count(entity) != 0) ||
+           (top != nullptr && (top == stepOutContext || top == stepOverContext));
+}
+
+// Called without the lock, so that listeners may call back and the stopped thread holds nothing (unless
+// it came here from a registration, which holds the lock throughout).
+void InspectionFrameworkImpl::stopHere(unsigned int entity)
+{
+    SuspensionNotifier notifier(entity);
+    requests.accept(notifier);
+    controller->suspend();
 }
 
 } // namespace impl

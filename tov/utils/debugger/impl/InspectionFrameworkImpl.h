@@ -96,7 +96,7 @@ public:
     void invalidateContexts(const AbstractEngine& engine);
     Vector<AbstractContext*> cleanRelatedContexts(const AbstractEngine& engine);
 
-    // Suspension and stepping: each arms a condition that checkSuspension meets on a simulation thread.
+    // Suspension and stepping: each arms a condition that a push or pop meets on a simulation thread.
     void clearSuspensionRequests();
     void suspend();
     bool suspendEntity(unsigned int entity);
@@ -134,13 +134,19 @@ private:
     unsigned long long computeEngineKey(const AbstractEngine& engine) const;
     // Null when the entity never had a stack. The caller holds the state lock.
     Stack* findStack(unsigned int entity) const;
-    Stack& getStack(unsigned int entity);
     // The stack of a registered entity, or null with a message to `logger` (which may be null).
     const Stack* findReportedStack(unsigned int entity, AbstractLogger* logger) const;
     void appendEntity(unsigned int entity);
     void removeEntity(unsigned int entity);
-    // Stops the calling thread when an armed condition meets this entity and its new top frame.
-    void checkSuspension(unsigned int entity, const AbstractContext* context);
+    // These four: the caller holds the state lock.
+    bool isRegisteredLocked(unsigned int entity) const;
+    bool isInvalidated(unsigned long long engineKey) const;
+    // Whether an armed condition meets this entity with `top` as its new top frame.
+    bool isArmedFor(unsigned int entity, const AbstractContext* top) const;
+    template <typename Call>
+    resources::Status routeCall(const char* path, unsigned int length, Call call) const;
+    // Tells the suspension subscribers, then waits in the gate; the caller holds no lock.
+    void stopHere(unsigned int entity);
 
     HashTable<AbstractEngine*> engines;
     RequestRegistry requests;
