@@ -3,12 +3,11 @@
 #include <tov/utils/AbstractObjectBuilder.h>
 #include <tov/utils/Assertion.h>
 #include <tov/utils/DynamicObject.h>
-#include <tov/utils/Memory.h>
-#include <tov/utils/Uri.h>
 #include <tov/utils/debugger/AbstractContext.h>
 #include <tov/utils/debugger/ExecutionController.h>
 #include <tov/utils/debugger/impl/BuilderContextVisitor.h>
 #include <tov/utils/debugger/impl/InspectionFrameworkImpl.h>
+#include <tov/utils/debugger/impl/LocationText.h>
 #include <tov/utils/debugger/impl/PathSegment.h>
 
 
@@ -16,23 +15,7 @@ namespace tov {
 namespace utils {
 namespace debugger {
 
-namespace {
-
 using impl::PathSegment;
-
-class TextBuffer {
-public:
-    explicit TextBuffer(unsigned int length) : text(TOV_NEW_ARRAY(length + 1)) {}
-    ~TextBuffer() { TOV_DELETE_ARRAY(text); }
-    TextBuffer(const TextBuffer&) = delete;
-    TextBuffer& operator=(const TextBuffer&) = delete;
-    char* get() { return text; }
-
-private:
-    char* text;
-};
-
-} // namespace
 
 DebuggerFramework::DebuggerFramework(impl::InspectionFrameworkImpl& framework)
     : AbstractEngine("debug", false), framework(framework)
@@ -297,12 +280,9 @@ bool DebuggerFramework::writeContexts(unsigned int entity, AbstractObjectBuilder
         if (context == nullptr) {
             break;
         }
-        const Uri& location = context->getLocation();
-        const unsigned int length = location.computeStringLength();
-        TextBuffer text(length);
-        location.computeString(text.get());
+        const impl::LocationText location(context->getLocation());
         if (!builder.arrayChild() || !builder.beginObject() || !builder.objectChild("index") ||
-            !builder.integer(i) || !builder.objectChild("location") || !builder.string(text.get(), length) ||
+            !builder.integer(i) || !builder.objectChild("location") || !builder.string(location.get(), location.getLength()) ||
             !builder.endObject()) {
             return false;
         }

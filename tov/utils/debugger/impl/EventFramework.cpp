@@ -17,6 +17,7 @@
 #include <tov/utils/debugger/impl/EntitiesFilterFactory.h>
 #include <tov/utils/debugger/impl/HitCountFilterFactory.h>
 #include <tov/utils/debugger/impl/LocationFilterFactory.h>
+#include <tov/utils/debugger/impl/LocationText.h>
 #include <tov/utils/debugger/impl/PathSegment.h>
 
 #include <cstring>
@@ -39,19 +40,6 @@ bool isSubscriptions(const PathSegment& segment)
     return segment.selects("subscriptions");
 }
 
-// Frees a text that the library handed out, on every way out of a scope.
-class OwnedText {
-public:
-    explicit OwnedText(char* text) : text(text) {}
-    ~OwnedText() { TOV_DELETE_ARRAY(text); }
-    OwnedText(const OwnedText&) = delete;
-    OwnedText& operator=(const OwnedText&) = delete;
-    const char* get() const { return text; }
-
-private:
-    char* text;
-};
-
 bool writeEvent(const EventFramework::Event& event, AbstractObjectBuilder& builder)
 {
     if (!builder.begin() || !builder.beginObject() || !builder.objectChild("id") ||
@@ -65,8 +53,8 @@ bool writeEvent(const EventFramework::Event& event, AbstractObjectBuilder& build
         return false;
     }
     if (event.type >= EventFramework::breakpoint) {
-        const OwnedText location(event.location.computeString());
-        if (!builder.objectChild("location") || !builder.string(location.get())) {
+        const LocationText location(event.location);
+        if (!builder.objectChild("location") || !builder.string(location.get(), location.getLength())) {
             return false;
         }
     }
