@@ -3,6 +3,7 @@ tov_add_test_suite(tov_inspection_tests
   utils/debugger/InspectionFrameworkTest.cpp
   utils/debugger/impl/HTTPServerTest.cpp
   utils/debugger/impl/HTTPServerHostileInputTest.cpp
+  utils/debugger/impl/HTTPServerConfiguredTest.cpp
   utils/debugger/impl/JsonHttpReplyTest.cpp)
 tov_add_test_suite(tov_debugger_tests
   support/RawHttpClient.cpp

@@ -183,6 +183,11 @@ bool InspectionFramework::startHttp(const char* address, unsigned int port)
     return data->server.start(address, port);
 }
 
+bool InspectionFramework::startHttp(const HttpSettings& settings)
+{
+    return data->server.start(settings);
+}
+
 void InspectionFramework::shutdownHttp()
 {
     data->server.stop();

@@ -4,7 +4,7 @@
 // calls or over HTTP. There is one per Facilities.
 //   InspectionFramework& inspector = tov::utils::Facilities::instance().getInspectionFramework();
 //   inspector.registerEngine(myEngine); inspector.enableEngine("world");
-//   inspector.startHttp("127.0.0.1", 8000);   // GET /api/world/... now reaches myEngine
+//   inspector.startHttp(HttpSettings());   // GET /api/world/... on 127.0.0.1:getHttpPort() reaches myEngine
 //   unsigned int handle = inspector.subscribe<BreakpointRequest>(myListener);   // events to myListener
 
 #include <tov/utils/Export.h>
@@ -24,6 +24,7 @@ class AbstractEngine;
 class AbstractEventFilter;
 class AbstractEventListener;
 class DebuggerFramework;
+struct HttpSettings;
 class RequestRegistry;
 struct InspectionFrameworkData;
 
@@ -59,12 +60,17 @@ public:
     // to itself prefers the form with an address.
     bool startHttp(unsigned int port);
     // Listens on one IPv4 address only, "127.0.0.1" for loopback; an address the server cannot listen
-    // on fails the start.
+    // on fails the start. Answers as the form above does.
     bool startHttp(const char* address, unsigned int port);
+    // The configured form, for a server left running beside a browser: loopback and a free port by
+    // default, several connection threads, pages of other sites and foreign host names refused, an
+    // optional token, and every refusal answered with {"error": "..."}. See HttpSettings.
+    bool startHttp(const HttpSettings& settings);
     // Waits until the request in progress is answered; must not be called from inside an engine.
     void shutdownHttp();
     bool isHttpStarted() const;
-    // The port of the last start, failed ones included; 8000 before any.
+    // The port of the last start, failed ones included; 8000 before any. After a start on port 0 with
+    // an address or settings, the port that the system chose.
     unsigned int getHttpPort() const;
 
     // Routes to the first engine whose path the request path begins with, giving it the rest of the

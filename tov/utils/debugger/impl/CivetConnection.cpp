@@ -41,6 +41,11 @@ const char* CivetConnection::getQuery() const
     return query;
 }
 
+const char* CivetConnection::getHeader(const char* name) const
+{
+    return mg_get_header(connection, name);
+}
+
 int CivetConnection::read(char* buffer, unsigned int size)
 {
     return mg_read(connection, buffer, size);

@@ -19,6 +19,7 @@ public:
     const char* getMethod() const override;
     const char* getPath() const override;
     const char* getQuery() const override;
+    const char* getHeader(const char* name) const override;
     int read(char* buffer, unsigned int size) override;
     int write(const char* data, unsigned int size) override;
 

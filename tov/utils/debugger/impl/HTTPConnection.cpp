@@ -7,6 +7,11 @@ namespace impl {
 
 HTTPConnection::~HTTPConnection() = default;
 
+const char* HTTPConnection::getHeader(const char*) const
+{
+    return nullptr;
+}
+
 } // namespace impl
 } // namespace debugger
 } // namespace utils

@@ -21,6 +21,8 @@ public:
     virtual const char* getPath() const = 0;
     // What follows the '?', "" when there is nothing.
     virtual const char* getQuery() const = 0;
+    // The value of a request header, null when it was not sent. Connections made by tests may have none.
+    virtual const char* getHeader(const char* name) const;
     // Up to `size` bytes of the body: the count, 0 at its end, negative on failure.
     virtual int read(char* buffer, unsigned int size) = 0;
     // All `size` bytes to the client: the count, negative on failure.

@@ -47,7 +47,7 @@ Method classifyMethod(const char* method)
 
 // The JSON reader's time grows with the square of a token that spans its 256-byte pieces (a 1 MiB
 // number takes seconds), and the server has one worker: bodies beyond this size are refused.
-const unsigned int maximumBodySize = 256 * 1024;
+const HTTPServer::RequestForm exactForm = {false, nullptr, 256 * 1024};
 
 const char optionsReply[] = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\nAllow: GET,OPTIONS,POST,DELETE\r\n\r\n";
 
@@ -63,11 +63,13 @@ struct Operation {
     unsigned int unknownStatus;
 };
 
+const char allowedMethods[] = "Allow: GET, POST, DELETE, OPTIONS\r\n";
+
 class RequestContext {
 public:
-    RequestContext(InspectionFramework& framework, HTTPConnection& connection)
-        : framework(framework), connection(connection), logger(&framework.getFacilities().getLogger()),
-          reply(connection, logger), path(connection.getPath()), query(connection.getQuery()),
+    RequestContext(InspectionFramework& framework, HTTPConnection& connection, const HTTPServer::RequestForm& form)
+        : framework(framework), connection(connection), form(form), logger(&framework.getFacilities().getLogger()),
+          reply(connection, logger, form.replyHeaders), path(connection.getPath()), query(connection.getQuery()),
           pathLength(static_cast<unsigned int>(std::strlen(path))),
           queryLength(static_cast<unsigned int>(std::strlen(query)))
     {
@@ -81,10 +83,14 @@ private:
     void controlEngines();
     // Answers what an engine gave: 200 (500 while the facilities' logger holds an error), 400 for a
     // failed operation, `unknownStatus` for no resource.
-    void answer(resources::Status status, const Operation& operation, const char* rest);
+    void answer(resources::Status status, const Operation& operation, const char* rest, bool errorsBefore);
+    // Logs `message` as a warning and answers with the status; the configured form tells the message.
+    void refuse(unsigned int statusIndex, const String& message, const char* extraHeaders = "");
+    String describeResource(const char* rest) const;
 
     InspectionFramework& framework;
     HTTPConnection& connection;
+    const HTTPServer::RequestForm& form;
     AbstractLogger* logger;
     JsonHttpReply reply;
     DynamicObject object;
@@ -101,8 +107,12 @@ void RequestContext::handle()
                                                        << query << "'");
     const Method method = classifyMethod(methodText);
     if (method == Method::Unknown) {
-        TOV_LOG_WARNING(logger, "HTTP request: '" << methodText << "' is not a supported method.");
-        reply.sendStatus(JsonHttpReply::BadRequest);
+        const String message = "HTTP request: '" + String(methodText) + "' is not a supported method.";
+        if (form.explainRefusals) {
+            refuse(JsonHttpReply::MethodNotAllowed, message, allowedMethods);
+        } else {
+            refuse(JsonHttpReply::BadRequest, message);
+        }
         return;
     }
     if (method == Method::Options) {
@@ -113,21 +123,19 @@ void RequestContext::handle()
     unsigned int offset = 0;
     unsigned int length = 0;
     if (!Uri::retrieveFirstPathSegment(path, pathLength, offset, length)) {
-        TOV_LOG_WARNING(logger, "HTTP request: '" << path << "' is not a valid path.");
-        reply.sendStatus(JsonHttpReply::BadRequest);
+        refuse(JsonHttpReply::BadRequest, "HTTP request: '" + String(path) + "' is not a valid path.");
         return;
     }
-    const unsigned int missingStatus = method == Method::Get ? JsonHttpReply::NotFound : JsonHttpReply::NoContent;
+    const unsigned int missingStatus =
+        method == Method::Get || form.explainRefusals ? JsonHttpReply::NotFound : JsonHttpReply::NoContent;
     const char* segment = path + offset;
     if (!isSegmentPrefixOf(segment, length, "api") && !isSegmentPrefixOf(segment, length, getVersionTOV_UTILS())) {
-        TOV_LOG_WARNING(logger, "HTTP request: '" << path << "' is not a supported path.");
-        reply.sendStatus(missingStatus);
+        refuse(missingStatus, "HTTP request: '" + String(path) + "' is not a supported path.");
         return;
     }
     DynamicObjectBuilder queryBuilder(object);
     if (!Uri::parseQuery(query, queryLength, queryBuilder)) {
-        TOV_LOG_WARNING(logger, "HTTP request: '" << query << "' is not a valid query.");
-        reply.sendStatus(missingStatus);
+        refuse(missingStatus, "HTTP request: '" + String(query) + "' is not a valid query.");
         return;
     }
     handleResourceRequest(method, segment + length, pathLength - (offset + length));
@@ -135,13 +143,16 @@ void RequestContext::handle()
 
 void RequestContext::handleResourceRequest(Method method, const char* rest, unsigned int restLength)
 {
-    static const Operation retrieving = {"retrieving", JsonHttpReply::NotFound};
-    static const Operation creating = {"creating", JsonHttpReply::NoContent};
-    static const Operation deleting = {"deleting", JsonHttpReply::NoContent};
+    // The configured form tells a client that nothing is there, whatever the method.
+    const unsigned int unknownStatus = form.explainRefusals ? JsonHttpReply::NotFound : JsonHttpReply::NoContent;
+    const Operation retrieving = {"retrieving", JsonHttpReply::NotFound};
+    const Operation creating = {"creating", unknownStatus};
+    const Operation deleting = {"deleting", unknownStatus};
     AbstractObjectBuilder& builder = reply.getObjectBuilder();
+    const bool errorsBefore = logger->hasErrors();
     switch (method) {
     case Method::Get:
-        answer(framework.retrieveResource(rest, restLength, &object, builder), retrieving, rest);
+        answer(framework.retrieveResource(rest, restLength, &object, builder), retrieving, rest, errorsBefore);
         return;
     case Method::Post: {
         if (!readBody()) {
@@ -154,11 +165,11 @@ void RequestContext::handleResourceRequest(Method method, const char* rest, unsi
             controlEngines();
             return;
         }
-        answer(framework.createResource(rest, restLength, &object, builder), creating, rest);
+        answer(framework.createResource(rest, restLength, &object, builder), creating, rest, errorsBefore);
         return;
     }
     case Method::Delete:
-        answer(framework.deleteResource(rest, restLength, &object, builder), deleting, rest);
+        answer(framework.deleteResource(rest, restLength, &object, builder), deleting, rest, errorsBefore);
         return;
     case Method::Options:
         // OPTIONS on a good path with a good query: its answer went out above. Any client can send it,
@@ -174,11 +185,10 @@ void RequestContext::handleResourceRequest(Method method, const char* rest, unsi
 // fault: it goes to the facilities' logger as warnings, so that the logger is not marked with an error.
 bool RequestContext::readBody()
 {
-    HTTPLinkInput body(connection, maximumBodySize);
+    HTTPLinkInput body(connection, form.maximumBodySize);
     WarningLogger relaxed(*logger);
     if (!deserializeDynamicObjectFromJson(object, body, &relaxed) || relaxed.hasErrors()) {
-        TOV_LOG_WARNING(logger, "HTTP request: invalid request data (see above for further information).");
-        reply.sendStatus(JsonHttpReply::BadRequest);
+        refuse(JsonHttpReply::BadRequest, "HTTP request: invalid request data (see above for further information).");
         return false;
     }
     return true;
@@ -217,27 +227,55 @@ void RequestContext::controlEngines()
     builder.endObject();
     builder.end();
     reply.sendStatus(JsonHttpReply::Ok);
-    // Kept: a second head and the body again follow the first reply; clients act on the first head and
-    // on "Connection: close".
-    reply.sendStatus(JsonHttpReply::NoContent);
+    // Kept in the exact form: a second head and the body again follow the first reply; clients act on
+    // the first head and on "Connection: close".
+    if (!form.explainRefusals) {
+        reply.sendStatus(JsonHttpReply::NoContent);
+    }
 }
 
-void RequestContext::answer(resources::Status status, const Operation& operation, const char* rest)
+String RequestContext::describeResource(const char* rest) const
+{
+    return String(rest) + (queryLength != 0 ? "?" : "") + query;
+}
+
+void RequestContext::answer(resources::Status status, const Operation& operation, const char* rest,
+                            bool errorsBefore)
 {
     switch (status) {
     case resources::Ok:
-        reply.sendStatus(logger->hasErrors() ? JsonHttpReply::InternalServerError : JsonHttpReply::Ok);
+        if (!logger->hasErrors()) {
+            reply.sendStatus(JsonHttpReply::Ok);
+        } else if (!form.explainRefusals) {
+            // The logger's mark stays until the host resets it: every later success answers 500 too.
+            reply.sendStatus(JsonHttpReply::InternalServerError);
+        } else if (!errorsBefore) {
+            // The configured form blames a request only for the errors logged while it ran.
+            refuse(JsonHttpReply::InternalServerError, "HTTP request: an error was logged while " +
+                                                           String(operation.verb) + " resource '" +
+                                                           describeResource(rest) + "' (see the host's log).");
+        } else {
+            reply.sendStatus(JsonHttpReply::Ok);
+        }
         return;
     case resources::Error:
-        TOV_LOG_WARNING(logger, "HTTP request: error while " << operation.verb << " resource '" << rest
-                                                             << (queryLength != 0 ? "?" : "") << query << "'.");
-        reply.sendStatus(JsonHttpReply::BadRequest);
+        refuse(JsonHttpReply::BadRequest, "HTTP request: error while " + String(operation.verb) + " resource '" +
+                                              describeResource(rest) + "'.");
         return;
     default:
-        TOV_LOG_WARNING(logger, "HTTP request: unknown resource '" << rest << (queryLength != 0 ? "?" : "") << query
-                                                                   << "'.");
-        reply.sendStatus(operation.unknownStatus);
+        refuse(operation.unknownStatus, "HTTP request: unknown resource '" + describeResource(rest) + "'.");
         return;
+    }
+}
+
+void RequestContext::refuse(unsigned int statusIndex, const String& message, const char* extraHeaders)
+{
+    TOV_LOG_WARNING(logger, message);
+    if (form.explainRefusals && statusIndex != JsonHttpReply::NoContent) {
+        reply.sendError(JsonHttpReply::getStatusCode(statusIndex), JsonHttpReply::getReasonPhrase(statusIndex), message,
+                        extraHeaders);
+    } else {
+        reply.sendStatus(statusIndex);
     }
 }
 
@@ -245,7 +283,12 @@ void RequestContext::answer(resources::Status status, const Operation& operation
 
 void HTTPServer::handleRequest(InspectionFramework& framework, HTTPConnection& connection)
 {
-    RequestContext request(framework, connection);
+    handleRequest(framework, connection, exactForm);
+}
+
+void HTTPServer::handleRequest(InspectionFramework& framework, HTTPConnection& connection, const RequestForm& form)
+{
+    RequestContext request(framework, connection, form);
     request.handle();
 }
 

@@ -3,7 +3,6 @@
 #include <tov/utils/Logging.h>
 #include <tov/utils/debugger/impl/HTTPConnection.h>
 
-#include <cstdio>
 
 namespace tov {
 namespace utils {
@@ -71,8 +70,9 @@ void JsonHttpReply::Buffer::clearState()
     stream.clear();
 }
 
-JsonHttpReply::JsonHttpReply(HTTPConnection& connection, AbstractLogger* logger)
-    : connection(connection), builder(buffer, false)
+JsonHttpReply::JsonHttpReply(HTTPConnection& connection, AbstractLogger* logger, const char* headerLines)
+    : connection(connection), logger(logger),
+      headerLines(headerLines != nullptr ? headerLines : "Access-Control-Allow-Origin: *\r\n"), builder(buffer, false)
 {
     builder.setLogger(logger);
 }
@@ -99,22 +99,65 @@ const char* JsonHttpReply::getReasonPhrase(unsigned int statusIndex)
 void JsonHttpReply::sendStatus(unsigned int statusIndex)
 {
     const HttpStatus& status = findStatus(statusIndex);
+    sendStatus(status.code, status.reasonPhrase, "");
+}
+
+void JsonHttpReply::sendStatus(unsigned int code, const char* reasonPhrase, const char* extraHeaders)
+{
     const String body = buffer.getText();
-    char head[256];
-    const int headLength =
-        std::snprintf(head, sizeof(head),
-                      "HTTP/1.1 %u %s\r\n"
-                      "Content-Type: application/%s; charset=utf-8\r\n"
-                      "Content-Length: %u\r\n"
-                      "Connection: close\r\n"
-                      "Access-Control-Allow-Origin: *\r\n"
-                      "\r\n",
-                      status.code, status.reasonPhrase, body.empty() ? "text" : "json",
-                      static_cast<unsigned int>(body.size()));
-    String reply(head, static_cast<String::size_type>(headLength));
-    reply += body;
-    connection.write(reply.data(), static_cast<unsigned int>(reply.size()));
+    OStringStream reply;
+    reply << "HTTP/1.1 " << code << ' ' << reasonPhrase << "\r\n"
+          << "Content-Type: application/" << (body.empty() ? "text" : "json") << "; charset=utf-8\r\n"
+          << "Content-Length: " << body.size() << "\r\n"
+          << "Connection: close\r\n"
+          << headerLines << extraHeaders << "\r\n"
+          << body;
+    const String text = reply.str();
+    connection.write(text.data(), static_cast<unsigned int>(text.size()));
     buffer.clearState();
+}
+
+namespace {
+
+// The message may quote what a client sent; bytes that are not UTF-8 would make the reply unreadable
+// to strict JSON readers, so each such byte becomes '?'.
+String toValidUtf8(const String& text)
+{
+    String valid;
+    valid.reserve(text.size());
+    for (String::size_type i = 0; i < text.size();) {
+        const unsigned char lead = static_cast<unsigned char>(text[i]);
+        const unsigned int length = lead < 0x80 ? 1 : (lead >> 5) == 0x6 ? 2 : (lead >> 4) == 0xE ? 3 : (lead >> 3) == 0x1E ? 4 : 0;
+        bool whole = length != 0 && i + length <= text.size();
+        for (unsigned int k = 1; whole && k < length; ++k) {
+            whole = (static_cast<unsigned char>(text[i + k]) & 0xC0) == 0x80;
+        }
+        if (whole) {
+            valid.append(text, i, length);
+            i += length;
+        } else {
+            valid += '?';
+            ++i;
+        }
+    }
+    return valid;
+}
+
+} // namespace
+
+void JsonHttpReply::sendError(unsigned int code, const char* reasonPhrase, const String& message,
+                              const char* extraHeaders)
+{
+    JsonHttpReply error(connection, logger, headerLines.c_str());
+    AbstractObjectBuilder& errorBuilder = error.getObjectBuilder();
+    const String text = toValidUtf8(message);
+    errorBuilder.begin();
+    errorBuilder.beginObject();
+    errorBuilder.objectChild("error");
+    errorBuilder.string(text.c_str(), static_cast<unsigned int>(text.size()));
+    errorBuilder.endObject();
+    errorBuilder.end();
+    error.sendStatus(code, reasonPhrase, extraHeaders);
 }
 
 } // namespace impl

@@ -52,7 +52,9 @@ public:
     };
 
     // `connection` must outlive the reply; `logger` (may be null) hears of the builder's failures.
-    JsonHttpReply(HTTPConnection& connection, AbstractLogger* logger);
+    // `headerLines` ("Name: value\r\n" each) go with every reply; null stands for the wildcard
+    // "Access-Control-Allow-Origin: *".
+    JsonHttpReply(HTTPConnection& connection, AbstractLogger* logger, const char* headerLines = nullptr);
     ~JsonHttpReply();
     JsonHttpReply(const JsonHttpReply&) = delete;
     JsonHttpReply& operator=(const JsonHttpReply&) = delete;
@@ -60,6 +62,10 @@ public:
     AbstractObjectBuilder& getObjectBuilder();
     // Writes the head of the status and everything built so far; the body stays for a later send.
     void sendStatus(unsigned int statusIndex);
+    // The same with any status, and `extraHeaders` for this reply alone.
+    void sendStatus(unsigned int code, const char* reasonPhrase, const char* extraHeaders);
+    // Sends {"error": message} in place of what was built, which is dropped.
+    void sendError(unsigned int code, const char* reasonPhrase, const String& message, const char* extraHeaders = "");
 
     // The code and reason phrase of a status index.
     static unsigned int getStatusCode(unsigned int statusIndex);
@@ -67,6 +73,8 @@ public:
 
 private:
     HTTPConnection& connection;
+    AbstractLogger* logger;
+    String headerLines;
     Buffer buffer;
     JsonObjectBuilder builder;
 };
