@@ -1,5 +1,7 @@
 // Feeds arbitrary requests to the inspection server's request handler, without sockets: the input is
-// split at its first three line ends into method, path, query and body. The assertion function stays
+// split at its first three line ends into method, path, query and body; a method that begins with '+'
+// is answered in the configured form, which must answer once and explain every refusal in JSON. The
+// assertion function stays
 // the default, so an assertion that a client could reach ends the run as a crash. Every answer must be
 // well formed: heads whose Content-Length gives exactly the body that follows.
 
@@ -115,8 +117,10 @@ std::string takeLine(const std::uint8_t*& data, std::size_t& size)
     return line;
 }
 
-void checkReplies(const std::string& written)
+// The number of replies.
+unsigned int checkReplies(const std::string& written, bool explained)
 {
+    unsigned int count = 0;
     std::size_t position = 0;
     if (written.empty()) {
         std::abort();   // every request gets an answer
@@ -135,11 +139,17 @@ void checkReplies(const std::string& written)
             std::abort();
         }
         const std::size_t bodySize = std::strtoul(head.c_str() + lengthAt + 16, nullptr, 10);
+        const bool refusal = written.compare(position + 9, 1, "4") == 0 || written.compare(position + 9, 1, "5") == 0;
+        if (explained && refusal && written.compare(headEnd + 4, 10, "{\"error\":\"") != 0) {
+            std::abort();
+        }
         position = headEnd + 4 + bodySize;
         if (position > written.size()) {
             std::abort();
         }
+        ++count;
     }
+    return count;
 }
 
 // Registers three entities, the second one with a frame above its bottom one, for the debugger's tree.
@@ -187,12 +197,25 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     static Host host;
     std::string method = takeLine(data, size);
+    const bool configured = !method.empty() && method[0] == '+';
+    if (configured) {
+        method.erase(0, 1);
+    }
     std::string path = takeLine(data, size);
     std::string query = takeLine(data, size);
     FuzzConnection connection(method, path, query, std::string(reinterpret_cast<const char*>(data), size));
-    debugger::impl::HTTPServer::handleRequest(tov::utils::Facilities::instance().getInspectionFramework(),
-                                              connection);
-    checkReplies(connection.written);
+    debugger::InspectionFramework& framework = tov::utils::Facilities::instance().getInspectionFramework();
+    if (configured) {
+        // OPTIONS is answered before the handler in that form.
+        const debugger::impl::HTTPServer::RequestForm form = {true, "Vary: Origin\r\n", 256 * 1024};
+        debugger::impl::HTTPServer::handleRequest(framework, connection, form);
+        if (checkReplies(connection.written, true) != 1 && method != "OPTIONS") {
+            std::abort();
+        }
+    } else {
+        debugger::impl::HTTPServer::handleRequest(framework, connection);
+        checkReplies(connection.written, false);
+    }
     host.logger.resetErrors();
     return 0;
 }

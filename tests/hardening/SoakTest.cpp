@@ -1,5 +1,5 @@
-// The inspector under load: simulation threads push and pop frames and pass locations while eight
-// clients send a mix of requests over loopback (reads, subscriptions, event reads and deletes, suspend,
+// The inspector under load, in its configured form with four connection threads: simulation threads
+// push and pop frames and pass locations while eight clients send a mix of requests over loopback (reads, subscriptions, event reads and deletes, suspend,
 // step, resume). At the end the host still answers, every reply was well formed, the events that were
 // ever queued are numbered without a gap, and live memory did not grow in the second half beyond a bound.
 // TOV_SOAK_SECONDS sets the length (120 by default).
@@ -7,6 +7,7 @@
 #include "utils/debugger/DebuggerTestSupport.h"
 
 #include <tov/allocator/Allocator.h>
+#include <tov/utils/debugger/HttpSettings.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -41,6 +42,17 @@ std::vector<unsigned long> readIdentifiers(const std::string& body)
 
 class SoakTest : public DebuggerTest {
 protected:
+    void SetUp() override
+    {
+        DebuggerTest::SetUp();
+        framework().shutdownHttp();
+        debugger::HttpSettings settings;
+        settings.connectionThreads = 4;
+        settings.allowedHosts.push_back("test");   // the name that the requests of the fixture give
+        ASSERT_TRUE(framework().startHttp(settings));
+        port = framework().getHttpPort();
+    }
+
     // One request; a reply that is not well formed is counted and answers "".
     std::string call(const std::string& method, const std::string& path, const std::string& body = "",
                      int* status = nullptr)
