@@ -8,6 +8,7 @@
 #include <tov/utils/debugger/impl/BufferedConnection.h>
 #include <tov/utils/debugger/impl/HTTPServer.h>
 #include <tov/utils/debugger/impl/JsonHttpReply.h>
+#include <tov/utils/debugger/impl/ViewerFiles.h>
 
 #include <cstring>
 
@@ -19,12 +20,26 @@ namespace impl {
 ConfiguredRequestHandler::ConfiguredRequestHandler(InspectionFramework& framework, const HttpSettings& settings,
                                                    const String& listeningHostName)
     : framework(framework), guard(settings, listeningHostName), maximumBodySize(settings.maximumBodySize),
-      requestTimeoutMilliseconds(settings.requestTimeoutMilliseconds)
+      requestTimeoutMilliseconds(settings.requestTimeoutMilliseconds), serveViewer(settings.serveViewer)
 {
 }
 
+namespace {
+
+const char viewerPrefix[] = "/ui";
+const unsigned int viewerPrefixLength = sizeof(viewerPrefix) - 1;
+
+bool isViewerPath(const char* path)
+{
+    return std::strncmp(path, viewerPrefix, viewerPrefixLength) == 0 &&
+           (path[viewerPrefixLength] == '\0' || path[viewerPrefixLength] == '/');
+}
+
+} // namespace
+
 // The order matters: a page of another site is refused before anything else, a preflight carries no
-// credentials and is answered before the token is asked for, and the body is read before the turn.
+// credentials and is answered before the token is asked for, the viewer's files hold no secret and need
+// no token (the page asks for one), and the body is read before the turn.
 void ConfiguredRequestHandler::handle(HTTPConnection& connection)
 {
     const char* origin = connection.getHeader("Origin");
@@ -36,6 +51,10 @@ void ConfiguredRequestHandler::handle(HTTPConnection& connection)
     const String headerLines = guard.getCorsHeaders(origin);
     if (std::strcmp(connection.getMethod(), "OPTIONS") == 0) {
         answerPreflight(connection, headerLines);
+        return;
+    }
+    if (serveViewer && isViewerPath(connection.getPath())) {
+        serveViewerFile(connection, headerLines);
         return;
     }
     const RequestGuard::Verdict authorization = guard.authorize(connection.getHeader("Authorization"));
@@ -82,6 +101,50 @@ void ConfiguredRequestHandler::serveResources(HTTPConnection& connection, const 
         HTTPServer::handleRequest(framework, buffered, form);
     }
     buffered.flush();
+}
+
+void ConfiguredRequestHandler::serveViewerFile(HTTPConnection& connection, const String& headerLines)
+{
+    const char* path = connection.getPath();
+    if (std::strcmp(connection.getMethod(), "GET") != 0) {
+        refuse(connection, headerLines, 405, "Method Not Allowed",
+               "HTTP request: '" + String(connection.getMethod()) + "' is not a supported method of the viewer.",
+               "Allow: GET\r\n");
+        return;
+    }
+    OStringStream head;
+    // "/ui" alone: the page's relative links need the folder's slash.
+    if (path[viewerPrefixLength] == '\0') {
+        head << "HTTP/1.1 308 Permanent Redirect\r\nLocation: /ui/\r\nContent-Length: 0\r\nConnection: close\r\n"
+             << headerLines << "\r\n";
+        const String text = head.str();
+        connection.write(text.data(), static_cast<unsigned int>(text.size()));
+        return;
+    }
+    const char* name = path + viewerPrefixLength + 1;
+    ViewerFile file;
+    if (!ViewerFiles::find(name, file)) {
+        refuse(connection, headerLines, 404, "Not Found", "HTTP request: the viewer has no file '" + String(path) + "'.");
+        return;
+    }
+    const char* known = connection.getHeader("If-None-Match");
+    const bool unchanged = known != nullptr && std::strcmp(known, file.etag) == 0;
+    // The page may load nothing from elsewhere and may not be framed by another site's page.
+    head << "HTTP/1.1 " << (unchanged ? "304 Not Modified" : "200 OK") << "\r\n"
+         << "Content-Type: " << file.type << "\r\n"
+         << "Content-Length: " << (unchanged ? 0 : file.size) << "\r\n"
+         << "ETag: " << file.etag << "\r\n"
+         << "Cache-Control: no-cache\r\n"
+         << "X-Content-Type-Options: nosniff\r\n"
+         << "Content-Security-Policy: default-src 'self'; style-src 'self' 'unsafe-inline'; img-src 'self' data:; "
+            "frame-ancestors 'none'\r\n"
+         << "Connection: close\r\n"
+         << headerLines << "\r\n";
+    String reply = head.str();
+    if (!unchanged) {
+        reply.append(reinterpret_cast<const char*>(file.bytes), file.size);
+    }
+    connection.write(reply.data(), static_cast<unsigned int>(reply.size()));
 }
 
 void ConfiguredRequestHandler::refuse(HTTPConnection& connection, const String& headerLines, unsigned int code,

@@ -39,11 +39,14 @@ private:
     // OPTIONS: the methods and headers that a page of an admitted origin may use.
     void answerPreflight(HTTPConnection& connection, const String& headerLines);
     void serveResources(HTTPConnection& connection, const String& headerLines);
+    // GET /ui/<file>: the web viewer's files, with an entity tag that spares a reload the bytes.
+    void serveViewerFile(HTTPConnection& connection, const String& headerLines);
 
     InspectionFramework& framework;
     RequestGuard guard;
     unsigned int maximumBodySize;
     unsigned int requestTimeoutMilliseconds;
+    bool serveViewer;
     // Engines see one request at a time, as they do behind the exact form's single worker.
     Mutex resourceLock;
 };
