@@ -11,11 +11,6 @@
 #include <tov/utils/All.h>
 #include <tov/utils/debugger/All.h>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <atomic>
 #include <chrono>
 #include <csignal>
@@ -45,44 +40,25 @@ public:
     void onBreakpoint(unsigned int, unsigned int, const tov::utils::Uri&) override {}
 };
 
-// A port that nobody listens on at the moment, 0 when none could be had. Another process may take it
-// before the server does: the caller retries.
-unsigned int findFreePort(const std::string& address)
-{
-    const int probe = ::socket(AF_INET, SOCK_STREAM, 0);
-    if (probe < 0) {
-        return 0;
-    }
-    sockaddr_in at{};
-    at.sin_family = AF_INET;
-    at.sin_port = 0;
-    if (::inet_pton(AF_INET, address.c_str(), &at.sin_addr) != 1) {
-        at.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    }
-    socklen_t size = sizeof at;
-    unsigned int port = 0;
-    if (::bind(probe, reinterpret_cast<sockaddr*>(&at), sizeof at) == 0 &&
-        ::getsockname(probe, reinterpret_cast<sockaddr*>(&at), &size) == 0) {
-        port = ntohs(at.sin_port);
-    }
-    ::close(probe);
-    return port;
-}
-
+// The configured server: the address and the port are checked by the library (--port 0 takes a free
+// one, which getHttpPort then tells), and web pages of other sites cannot drive the demo.
 bool startInspector(tov::utils::debugger::InspectionFramework& inspector, const demo::Options& options,
                     unsigned int& port)
 {
-    if (options.port != 0) {
-        port = options.port;
-        return inspector.startHttp(options.bind.c_str(), port);
+    tov::utils::debugger::HttpSettings settings;
+    settings.address = options.bind.c_str();
+    settings.port = options.port;
+    if (!inspector.startHttp(settings)) {
+        return false;
     }
-    for (int attempt = 0; attempt < 5; ++attempt) {
-        port = findFreePort(options.bind);
-        if (port != 0 && inspector.startHttp(options.bind.c_str(), port)) {
-            return true;
-        }
-    }
-    return false;
+    port = inspector.getHttpPort();
+    return true;
+}
+
+// Where a browser or curl on this machine reaches an inspector that listens on `bind`.
+std::string localAddress(const std::string& bind)
+{
+    return bind == "0.0.0.0" || bind == "localhost" ? "127.0.0.1" : bind;
 }
 
 std::vector<demo::Agent*> createWorld(const demo::Options& options, unsigned int& seed, long long& tick,
@@ -148,8 +124,10 @@ int run(const demo::Options& options, tov::utils::AbstractLogger& logger)
             std::cerr << "tov-demo: the inspector cannot listen on " << options.bind << ":" << options.port << "\n";
             status = 1;
         } else {
-            const std::string base = "http://" + options.bind + ":" + std::to_string(port) + "/api";
-            std::cout << "tov-demo: " << simulation.countAgents() << " agents on " << options.workers
+            const std::string root = "http://" + localAddress(options.bind) + ":" + std::to_string(port);
+            const std::string base = root + "/api";
+            std::cout << "open " << root << "/ui/\n"
+                      << "tov-demo: " << simulation.countAgents() << " agents on " << options.workers
                       << " worker threads, seed " << seed << "\n"
                       << "inspector listening on port " << port << "\n"
                       << "  the world:     curl " << base << "/world/agents/3\n"
