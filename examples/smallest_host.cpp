@@ -30,8 +30,9 @@ int main(int argc, char** argv)
     inspector.registerEngine(hello);
     const unsigned int entity = 0;                        // ids dense from 0
     hello.onEntitiesRegistration(&entity, 1);
-    const unsigned int port = argc > 1 ? std::atoi(argv[1]) : 8000;
-    if (inspector.startHttp("127.0.0.1", port)) std::printf("GET http://127.0.0.1:%u/api/debug/entities\n", port);
+    HttpSettings http;                                    // this machine only; pages of other sites refused
+    http.port = argc > 1 ? std::atoi(argv[1]) : 8000;     // 0: any free port
+    if (inspector.startHttp(http)) std::printf("open http://127.0.0.1:%u/ui/\n", inspector.getHttpPort());
     Frames frames;
     for (int round = 0; round < 3; ++round) {             // a real host runs until told to stop
         hello.facade->pushContext(hello, entity, frames); // a stopped entity waits here ...

@@ -24,11 +24,12 @@ protected:
         world = &addEngine("world");
     }
 
+    // The log keeps what the start said.
     void start(const HttpSettings& settings = HttpSettings())
     {
+        log.clear();
         ASSERT_TRUE(framework().startHttp(settings));
         port = framework().getHttpPort();
-        log.clear();
     }
 
     // One request with the given extra header lines; "Host" names the server unless `headers` does.
@@ -80,6 +81,16 @@ TEST_F(ConfiguredHttpTest, RefusesEveryAddressThatIsNotOneAddressAndReportsTheBo
     EXPECT_NE(0u, port);
     EXPECT_TRUE(log.has("i: Inspection HTTP server started on port " + std::to_string(port) + "."));
     EXPECT_EQ(200, send("GET", "/api/world").status);
+
+    framework().shutdownHttp();
+    HttpSettings everywhere;
+    everywhere.address = "0.0.0.0";
+    start(everywhere);
+    EXPECT_EQ(200, send("GET", "/api/world").status);
+    const std::vector<std::string> messages = log.getMessages();
+    EXPECT_TRUE(std::any_of(messages.begin(), messages.end(), [](const std::string& message) {
+        return message.rfind("w: The inspection HTTP server listens on 0.0.0.0 without an access token", 0) == 0;
+    }));
 }
 
 TEST_F(ConfiguredHttpTest, PagesOfOtherSitesAndReboundNamesNeverReachAnEngine)
