@@ -6,9 +6,9 @@
 #include <tov/utils/debugger/HttpSettings.h>
 #include <tov/utils/debugger/impl/CivetConnection.h>
 #include <tov/utils/debugger/impl/ConfiguredRequestHandler.h>
-#include <tov/utils/debugger/impl/DeferredAccept.h>
 #include <tov/utils/debugger/impl/EventFramework.h>
 #include <tov/utils/debugger/impl/ListeningAddress.h>
+#include <tov/utils/debugger/impl/ListeningSockets.h>
 
 #include <civetweb.h>
 
@@ -217,7 +217,7 @@ bool HTTPServer::start(const HttpSettings& settings)
     if (!launch(*data, options, settings.port, true)) {
         return false;
     }
-    deferAcceptUntilData(data->port, (settings.requestTimeoutMilliseconds + 999) / 1000);
+    ListeningSockets::deferAcceptUntilData(data->port, (settings.requestTimeoutMilliseconds + 999) / 1000);
     if (!listening.isLoopback() && settings.accessToken.empty()) {
         TOV_LOG_WARNING(getLogger(*data),
                         "The inspection HTTP server listens on " << settings.address << " without an access token: "
@@ -242,6 +242,8 @@ void HTTPServer::stop()
     if (data->context == nullptr) {
         return;
     }
+    // A start on port 0 with the exact form keeps 0 as its port: the bound one is asked for here.
+    ListeningSockets::shutDown(findBoundPort(data->context, 0));
     mg_stop(data->context);
     TOV_LOG_INFO(getLogger(*data), "Inspection HTTP server stopped.");
     data->context = nullptr;

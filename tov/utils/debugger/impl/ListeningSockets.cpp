@@ -1,4 +1,4 @@
-#include <tov/utils/debugger/impl/DeferredAccept.h>
+#include <tov/utils/debugger/impl/ListeningSockets.h>
 
 #include <dirent.h>
 #include <netinet/in.h>
@@ -37,25 +37,35 @@ bool isListeningOn(int descriptor, unsigned int port)
 
 } // namespace
 
-// The server keeps its sockets to itself, so they are found among the process's open descriptors: a
-// listening socket on the port that the server has just bound can only be the server's.
-unsigned int deferAcceptUntilData(unsigned int port, unsigned int seconds)
+template <typename Action>
+unsigned int ListeningSockets::forEach(unsigned int port, Action action)
 {
     DIR* descriptors = opendir("/proc/self/fd");
     if (descriptors == nullptr) {
         return 0;
     }
     unsigned int count = 0;
-    const int value = static_cast<int>(seconds);
     while (const dirent* entry = readdir(descriptors)) {
         const int descriptor = std::atoi(entry->d_name);
-        if (descriptor != dirfd(descriptors) && isListeningOn(descriptor, port) &&
-            setsockopt(descriptor, IPPROTO_TCP, TCP_DEFER_ACCEPT, &value, sizeof(value)) == 0) {
+        if (descriptor != dirfd(descriptors) && isListeningOn(descriptor, port) && action(descriptor)) {
             ++count;
         }
     }
     closedir(descriptors);
     return count;
+}
+
+unsigned int ListeningSockets::deferAcceptUntilData(unsigned int port, unsigned int seconds)
+{
+    const int value = static_cast<int>(seconds);
+    return forEach(port, [value](int descriptor) {
+        return setsockopt(descriptor, IPPROTO_TCP, TCP_DEFER_ACCEPT, &value, sizeof(value)) == 0;
+    });
+}
+
+unsigned int ListeningSockets::shutDown(unsigned int port)
+{
+    return forEach(port, [](int descriptor) { return shutdown(descriptor, SHUT_RDWR) == 0; });
 }
 
 } // namespace impl
