@@ -8,6 +8,7 @@ scratch=$(mktemp -d)
 trap 'kill "$demoPid" 2>/dev/null; wait "$demoPid" 2>/dev/null; rm -rf "$scratch"' EXIT
 failures=0
 
+: > "$scratch/demo.out"
 "$demo" --port 0 --seconds 100 --save "" --tick-ms 10 > "$scratch/demo.out" 2>&1 &
 demoPid=$!
 for _ in $(seq 100); do
@@ -73,7 +74,12 @@ echo '{"agents":"oops"}' > "$scratch/oops.json"
 expect 1 "cannot start from .*oops.json: 'agents' is a string, not an array" "$demo" --load "$scratch/oops.json"
 expect 2 "File does not exist" "$demo" --load "$scratch/missing.json"
 expect 0 "--agents UINT:UINT in \\[1 - 10000\\]=8" "$demo" --help
-expect 0 "^tov-demo: 1 agent on 1 worker thread," "$demo" --agents 1 --workers 1 --port 0 --seconds 1 --save ""
+expect 0 "^tov-demo: 1 agent on 1 worker thread," "$demo" --agents 1 --workers 1 --port 0 --seconds 1 \
+  --save "$scratch/world"
+expect 0 "^tov-demo: loaded tick [0-9]+ from .*world.json \\(1 agent," \
+  "$demo" --load "$scratch/world.json" --port 0 --seconds 1 --save ""
+expect 0 "^tov-demo: --agents 3 is overridden: .*world.txt holds 1 agent$" \
+  "$demo" --load "$scratch/world.txt" --agents 3 --port 0 --seconds 1 --save ""
 
 [ "$failures" -eq 0 ] && echo "command lines: ok"
 exit $((failures != 0))
