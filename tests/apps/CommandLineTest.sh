@@ -5,7 +5,8 @@
 set -uo pipefail
 inspect=$1 demo=$2 version=$3
 scratch=$(mktemp -d)
-trap 'kill "$demoPid" 2>/dev/null; wait "$demoPid" 2>/dev/null; rm -rf "$scratch"' EXIT
+refusingPid=
+trap 'kill "$demoPid" $refusingPid 2>/dev/null; wait 2>/dev/null; rm -rf "$scratch"' EXIT
 failures=0
 
 : > "$scratch/demo.out"
@@ -68,6 +69,24 @@ expect 0 "^resumed" "${i[@]}" resume
 expect 0 "suspension" "${i[@]}" events --follow --count 1
 expect 0 '"type":"suspension"' "${i[@]}" --json events --delete
 expect 0 '^\[\]$' "${i[@]}" --json events
+
+# A host that wants a token: it is sent as a bearer token, and the refusal's own reason is shown.
+python3 -c '
+import http.server, json, sys
+class Refuse(http.server.BaseHTTPRequestHandler):
+    def do_GET(self):
+        body = json.dumps({"error": "refused " + str(self.headers.get("Authorization"))}).encode()
+        self.send_response(401); self.send_header("Content-Length", str(len(body))); self.end_headers()
+        self.wfile.write(body)
+    def log_message(self, *arguments): pass
+server = http.server.HTTPServer(("127.0.0.1", 0), Refuse)
+print(server.server_port, flush=True)
+server.handle_request(); server.handle_request()' > "$scratch/refusing.port" &
+refusingPid=$!
+for _ in $(seq 50); do [ -s "$scratch/refusing.port" ] && break; sleep 0.1; done
+refusing=$(cat "$scratch/refusing.port")
+expect 1 "refused Bearer s3 \\(401\\)" env TOV_INSPECT_TOKEN=s3 "$inspect" --port "$refusing" status
+expect 1 '^\{"error":"refused Bearer t4"\}$' "$inspect" --port "$refusing" --token t4 --json status
 
 # The demo's own refusals and help.
 echo '{"agents":"oops"}' > "$scratch/oops.json"
