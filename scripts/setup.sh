@@ -12,6 +12,7 @@ packages=(
   clang libclang-rt-14-dev
   nlohmann-json3-dev rapidjson-dev
   libcurl4-openssl-dev libcli11-dev help2man bash-completion
+  nodejs
 )
 
 missing=()
