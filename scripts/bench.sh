@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds and runs every benchmark of bench/ (the Google Benchmark programs and bench/inspector.sh) and
-# prints each comparison as a ratio.
+# Builds and runs every benchmark of bench/ (the Google Benchmark programs, bench/inspector.sh and
+# bench/viewer.sh) and prints each comparison as a ratio.
 #   scripts/bench.sh                  print the table
 #   scripts/bench.sh --report         also write bench/REPORT.md
 set -euo pipefail
@@ -16,4 +16,5 @@ for program in $programs; do paths+=("build/bench/$program"); done
 rows=$(mktemp)
 trap 'rm -f "$rows"' EXIT
 bash bench/inspector.sh --seconds 5 --rows "$rows" >&2
+bash bench/viewer.sh --seconds 10 --rows "$rows" >&2
 python3 scripts/bench_report.py "${paths[@]}" --rows "$rows" "${report[@]}"

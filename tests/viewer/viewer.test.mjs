@@ -180,6 +180,9 @@ describe("the web viewer on tov-demo", { timeout: 240000 }, () => {
     await until(async () => (await page.locator("#bp-list li[data-request]").count()) === 1, "the breakpoint in the list");
     await until(async () => (await runState()) === "suspended", "the stop");
     stopped = (await hostJson("/api/debug/suspend")).entity;
+    await until(async () => /stopped [1-9]/.test(await text("#bp-list li[data-request]")), "the hit counted");
+    await until(async () => ((await text("#stack-list li .location")) || "").endsWith("#seek"), "#seek on top");
+    await shot("viewer");
     // No other agent is to stop there while this one is stepped.
     await page.click("#bp-list li[data-request] button");
     await until(async () => (await page.locator("#bp-list li[data-request]").count()) === 0, "the breakpoint removed");

@@ -34,6 +34,7 @@ export class EnginesView {
     }
     this.path = "";
     this.pending = true;
+    this.unprobed = true;
     const wanted = urlState.get("res");
     if (wanted) {
       this.input.value = wanted;
@@ -87,7 +88,25 @@ export class EnginesView {
     return null;
   }
 
+  // Whether each engine answers at its root, once a connection: the host lists none of them.
+  async probe() {
+    for (const [path, state] of this.engines) {
+      const reply = await this.api.get(path);
+      state.answer = reply.ok ? "answers" : reply.error;
+    }
+    this.unprobed = false;
+    this.render();
+  }
+
+  // A server that comes back may be another host: what was known of its engines is asked again.
+  reconnected() {
+    this.unprobed = true;
+  }
+
   async poll(visible) {
+    if (this.unprobed) {
+      await this.probe();
+    }
     if (!this.path || !(this.pending || (visible && this.auto.checked))) {
       return;
     }

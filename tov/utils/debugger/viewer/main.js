@@ -115,6 +115,7 @@ async function run() {
         await events.subscribe();
         subscribed = true;
         if (wasGone) {
+          engines.reconnected();
           await breakpoints.rearm();
         }
       }
