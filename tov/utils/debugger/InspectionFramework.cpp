@@ -173,6 +173,11 @@ void InspectionFramework::disableAllEngines()
     data->implementation.disableAllEngines();
 }
 
+bool InspectionFramework::describeEngines(AbstractObjectBuilder& builder) const
+{
+    return data->implementation.describeEngines(builder);
+}
+
 bool InspectionFramework::startHttp(unsigned int port)
 {
     return data->server.start(port);

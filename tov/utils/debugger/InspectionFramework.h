@@ -55,6 +55,9 @@ public:
     bool isEngineEnabled(const char* path) const;
     void enableAllEngines();
     void disableAllEngines();
+    // Every registered engine as [{"path": "debug", "enabled": true}, ...], in the order of the paths;
+    // false when the builder refused a value. The configured server answers it at GET /api/engines.
+    bool describeEngines(AbstractObjectBuilder& builder) const;
 
     // Serves the engines over HTTP on every interface of the machine. A host that keeps the inspector
     // to itself prefers the form with an address.

@@ -193,7 +193,10 @@ TEST_F(ConfiguredHttpTest, EveryRefusalSaysWhyInJsonAndOnlyOnce)
     TOV_LOG_ERROR(&log, tov::utils::error::unknownError, "earlier");
     EXPECT_EQ(200, send("GET", "/api/world").status);
     log.resetErrors();
-    EXPECT_EQ("{}", send("POST", "/api/engines", "", "{\"world\":1}").body);
+    EXPECT_EQ("{}", send("POST", "/api/engines", "", "{\"world\":0}").body);
+    EXPECT_EQ("[{\"path\":\"debug\",\"enabled\":false},{\"path\":\"events\",\"enabled\":false},"
+              "{\"path\":\"world\",\"enabled\":false}]",
+              send("GET", "/api/engines").body);
 }
 
 // Three clients that send nothing and one that stops halfway through its body: each holds a thread of

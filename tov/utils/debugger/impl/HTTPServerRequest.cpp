@@ -57,6 +57,14 @@ bool isSegmentPrefixOf(const char* segment, unsigned int length, const char* nam
     return std::strncmp(name, segment, length) == 0;
 }
 
+// The configured form lists the engines at "engines", named in full: a prefix could be another
+// engine's ("e" of "events").
+bool isEngineList(const char* rest, unsigned int length)
+{
+    static const char list[] = "/engines";
+    return length == sizeof(list) - 1 && std::strncmp(rest, list, length) == 0;
+}
+
 // The verb of the messages of one method, and the status of a resource that no engine knows.
 struct Operation {
     const char* verb;
@@ -152,6 +160,11 @@ void RequestContext::handleResourceRequest(Method method, const char* rest, unsi
     const bool errorsBefore = logger->hasErrors();
     switch (method) {
     case Method::Get:
+        if (form.explainRefusals && isEngineList(rest, restLength)) {
+            framework.describeEngines(builder);
+            reply.sendStatus(JsonHttpReply::Ok);
+            return;
+        }
         answer(framework.retrieveResource(rest, restLength, &object, builder), retrieving, rest, errorsBefore);
         return;
     case Method::Post: {

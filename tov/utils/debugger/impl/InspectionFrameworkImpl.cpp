@@ -1,5 +1,6 @@
 #include <tov/utils/debugger/impl/InspectionFrameworkImpl.h>
 
+#include <tov/utils/AbstractObjectBuilder.h>
 #include <tov/utils/Assertion.h>
 #include <tov/utils/Facilities.h>
 #include <tov/utils/ScopedMutex.h>
@@ -192,6 +193,28 @@ void InspectionFrameworkImpl::disableAllEngines()
     for (HashTable<AbstractEngine*>::Entry& entry : engines) {
         entry.value->disable();
     }
+}
+
+bool InspectionFrameworkImpl::describeEngines(AbstractObjectBuilder& builder) const
+{
+    Vector<const AbstractEngine*> sorted;
+    {
+        ScopedMutex list(engineListLock);
+        ScopedMutex state(stateLock);
+        for (const HashTable<AbstractEngine*>::Entry& entry : engines) {
+            sorted.push_back(entry.value);
+        }
+    }
+    std::sort(sorted.begin(), sorted.end(), [](const AbstractEngine* left, const AbstractEngine* right) {
+        return std::strcmp(left->getPath(), right->getPath()) < 0;
+    });
+    bool written = builder.begin() && builder.beginArray();
+    for (const AbstractEngine* engine : sorted) {
+        written = written && builder.arrayChild() && builder.beginObject() && builder.objectChild("path") &&
+                  builder.string(engine->getPath()) && builder.objectChild("enabled") &&
+                  builder.boolean(engine->isEnabled()) && builder.endObject();
+    }
+    return written && builder.endArray() && builder.end();
 }
 
 // Segments are compared over the shorter of the two lengths, so a request segment that is a prefix of

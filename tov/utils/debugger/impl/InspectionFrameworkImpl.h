@@ -63,6 +63,8 @@ public:
     bool isEngineEnabled(unsigned long long hash, const char* path, bool& enabled) const;
     void enableAllEngines();
     void disableAllEngines();
+    // [{"path": ..., "enabled": ...}] in the order of the paths; false when the builder refused a value.
+    bool describeEngines(AbstractObjectBuilder& builder) const;
 
     resources::Status retrieveResource(const char* path, unsigned int length, const DynamicObject* query,
                                        AbstractObjectBuilder& builder) const;
