@@ -55,18 +55,46 @@ using Handler = std::function<int(Session&)>;
 
 // Engines, and any resource.
 
-int probeEngines(Session& session, const std::vector<std::string>& given)
+// The host's own list of its engines, [{"path","enabled"}], or null where the host has none (a server
+// started in the exact form routes the path like any other).
+nlohmann::json listEngines(Session& session)
 {
-    // A host that lists its engines answers GET /api/engines; others are probed by name.
     client::HostReply listing;
-    if (!session.exchange("GET", "engines", "", listing)) {
-        return session.getStatus();
+    if (!session.exchange("GET", "engines", "", listing) || listing.status != 200) {
+        return nullptr;
     }
     const nlohmann::json listed = nlohmann::json::parse(listing.body, nullptr, false);
-    if (listing.status == 200 && (listed.is_object() || listed.is_array())) {
-        session.print(listed);
+    return listed.is_array() ? listed : nlohmann::json();
+}
+
+// The entry of `engine` in a list of engines, null when it is not there.
+nlohmann::json findEngine(const nlohmann::json& engines, const std::string& engine)
+{
+    for (const nlohmann::json& entry : engines) {
+        if (entry.is_object() && entry.value("path", "") == engine) {
+            return entry;
+        }
+    }
+    return nullptr;
+}
+
+int probeEngines(Session& session, const std::vector<std::string>& given)
+{
+    const nlohmann::json listed = listEngines(session);
+    if (session.getStatus() != 0) {
         return session.getStatus();
     }
+    if (listed.is_array()) {
+        if (!session.printJson(listed)) {
+            Table table({"ENGINE", "ENABLED"});
+            for (const nlohmann::json& entry : listed) {
+                table.addRow({entry.value("path", ""), entry.value("enabled", false) ? "yes" : "no"});
+            }
+            table.print(session.out);
+        }
+        return session.getStatus();
+    }
+    // Others are probed by name.
     std::vector<std::string> paths = {"debug", "events", "world"};
     for (const std::string& path : given) {
         if (std::find(paths.begin(), paths.end(), path) == paths.end()) {
@@ -92,28 +120,34 @@ int probeEngines(Session& session, const std::vector<std::string>& given)
 
 int switchEngine(Session& session, const std::string& engine, bool on)
 {
-    // The host ignores a name it does not know, and answers as if it had switched it: ask first.
-    client::HostReply probe;
-    const std::string path = client::HostClient::encodePath(engine);
-    if (!session.exchange("GET", path, "", probe)) {
+    // The host ignores a name it does not know, and answers as if it had switched it: ask first, in its
+    // list where it has one (names in full), else by asking the engine's path for an answer.
+    const nlohmann::json listed = listEngines(session);
+    if (session.getStatus() != 0) {
         return session.getStatus();
     }
-    if (probe.status == 404 || engine.find('/') != std::string::npos) {
+    bool known = false;
+    if (listed.is_array()) {
+        known = !findEngine(listed, engine).is_null();
+    } else {
+        client::HostReply probe;
+        if (!session.exchange("GET", client::HostClient::encodePath(engine), "", probe)) {
+            return session.getStatus();
+        }
+        known = probe.status != 404 && engine.find('/') == std::string::npos;
+    }
+    if (!known) {
         return session.fail(exitRefused, "no engine '" + engine + "' on the host (try: tov-inspect engines)");
     }
     client::HostReply reply;
     const nlohmann::json body = {{engine, on}};
-    // The host answers twice on this connection (200, then 204); the first reply is the one that counts.
+    // The exact forms answer twice on this connection (200, then 204); the first reply is the one that counts.
     if (!session.call("POST", "engines", body.dump(), reply)) {
         return session.getStatus();
     }
-    // Where the host reports its engines' states, the switch is checked there.
-    client::HostReply listing;
-    nlohmann::json states;
-    if (session.exchange("GET", "engines", "", listing) && listing.status == 200) {
-        states = nlohmann::json::parse(listing.body, nullptr, false);
-    }
-    if (states.is_object() && states.contains(engine) && states[engine].is_boolean() && states[engine] != on) {
+    // Where the host lists its engines, the switch is checked there.
+    const nlohmann::json state = findEngine(listEngines(session), engine);
+    if (state.is_object() && state.value("enabled", on) != on) {
         return session.fail(exitRefused, "the host still has " + engine + (on ? " disabled" : " enabled"));
     }
     if (!session.printJson({{"engine", engine}, {"enabled", on}})) {
@@ -217,7 +251,7 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
         return sub;
     };
 
-    command("engines", "which engines of the host answer (debug, events, world and each PATH)",
+    command("engines", "the host's engines and whether each is on (a host in the exact form: which of debug, events, world and each PATH answer)",
             [&](Session& s) { return probeEngines(s, given.paths); })
         ->add_option("PATH", given.paths, "more engine paths to probe");
     command("enable", "switch an engine of the host on, checking that the host has it",

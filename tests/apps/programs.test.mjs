@@ -86,7 +86,8 @@ test('replies and refusals', () => expectAll([
   [1, /error while retrieving resource '\/world\/agents\?first=x'\. \(400\)/, ...client('get', 'world/agents?first=x')],
   [1, /no engine 'nothing'/, ...client('enable', 'nothing')],
   [0, /^enabled events$/m, ...client('enable', 'events')],
-  [0, /^ENGINE +ANSWERS/m, ...client('engines')],
+  [1, /no engine 'deb'/, ...client('disable', 'deb')],
+  [0, /^world +yes$/m, ...client('engines')],
 ]));
 
 test('a stop, a step that waits for the next one, and events that stay until deleted', () => expectAll([
