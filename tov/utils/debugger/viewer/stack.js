@@ -39,6 +39,7 @@ export class StackView {
       }
       return;
     }
+    const since = this.api.commands;
     const reply = await this.api.get(`debug/entities/${entity}/contexts`);
     if (entity !== this.entity) {
       return;
@@ -66,8 +67,8 @@ export class StackView {
       if (!this.isOpen(frame.index)) {
         continue;
       }
-      const data = await this.api.get(`debug/entities/${entity}/contexts/${frame.index}`);
-      if (entity !== this.entity) {
+      const data = await this.api.get(`debug/entities/${entity}/contexts/${frame.index}`, { since });
+      if (entity !== this.entity || data.skipped) {
         return;
       }
       const tree = this.trees.get(frame.index);
