@@ -82,11 +82,6 @@ extern const unsigned int viewerFileCount = ${index}u;
 } // namespace tov
 ")
 
-# Rewritten only when it changes, so that touching a file without changing it rebuilds nothing.
-if(EXISTS ${OUTPUT})
-  file(READ ${OUTPUT} previous)
-  if(previous STREQUAL text)
-    return()
-  endif()
-endif()
+# Written every time the script runs (a file of the folder changed): an output left older than its
+# inputs would make every later build run the script again.
 file(WRITE ${OUTPUT} "${text}")

@@ -22,7 +22,7 @@ if(TOV_VIEWER_MISSING)
 else()
   # Screenshots of the run are left in the build folder, in viewer-artifacts/.
   add_test(NAME tov_viewer_browser
-           COMMAND ${TOV_NODE} --test --test-reporter=spec viewer.test.mjs
+           COMMAND ${TOV_NODE} --test viewer.test.mjs
            WORKING_DIRECTORY ${TOV_VIEWER_TEST_DIR})
   set_tests_properties(tov_viewer_browser PROPERTIES TIMEOUT 300
     ENVIRONMENT "TOV_DEMO=$<TARGET_FILE:tov-demo>;CHROMIUM=${TOV_CHROMIUM};TOV_VIEWER_ARTIFACTS=${CMAKE_BINARY_DIR}/viewer-artifacts")

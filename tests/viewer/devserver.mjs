@@ -3,6 +3,7 @@
 // it is when the host serves it itself.
 //   node tests/viewer/devserver.mjs --api-port 8000 [--port 8080]     then open http://127.0.0.1:8080/ui/
 
+import crypto from "node:crypto";
 import http from "node:http";
 import fs from "node:fs/promises";
 import path from "node:path";
@@ -19,6 +20,13 @@ const types = {
   ".png": "image/png",
 };
 
+export const pageHeaders = {
+  "Cache-Control": "no-cache",
+  "Content-Security-Policy": "default-src 'self'; frame-ancestors 'none'; base-uri 'none'; form-action 'none'",
+  "X-Content-Type-Options": "nosniff",
+  "Referrer-Policy": "no-referrer",
+};
+
 // Starts the server; resolves with { server, port } once it listens.
 export function startDevServer({ port = 0, apiPort, apiHost = "127.0.0.1" }) {
   const server = http.createServer(async (request, response) => {
@@ -27,6 +35,7 @@ export function startDevServer({ port = 0, apiPort, apiHost = "127.0.0.1" }) {
       forward(request, response, apiHost, apiPort);
       return;
     }
+    // Without the slash the page's relative addresses (main.js, viewer.css) would miss the folder.
     if (url.pathname === "/" || url.pathname === "/ui") {
       response.writeHead(302, { Location: "/ui/" });
       response.end();
@@ -44,7 +53,15 @@ export function startDevServer({ port = 0, apiPort, apiHost = "127.0.0.1" }) {
     }
     try {
       const body = await fs.readFile(file);
-      response.writeHead(200, { "Content-Type": types[path.extname(file)], "Cache-Control": "no-cache" });
+      // The headers a host serving the page sends too: revalidate every time by the content's tag, and
+      // let the page run only its own files and talk only to its own origin.
+      const etag = `"${crypto.createHash("sha256").update(body).digest("hex").slice(0, 20)}"`;
+      const headers = { ...pageHeaders, ETag: etag };
+      if (request.headers["if-none-match"] === etag) {
+        response.writeHead(304, headers).end();
+        return;
+      }
+      response.writeHead(200, { ...headers, "Content-Type": types[path.extname(file)] });
       response.end(body);
     } catch (_) {
       response.writeHead(404).end();

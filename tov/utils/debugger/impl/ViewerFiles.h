@@ -3,6 +3,9 @@
 // time, so that a host serves the page at /ui/ with no file on disk. Private to the library.
 //   ViewerFile file;
 //   if (ViewerFiles::find("main.js", 7, file)) reply(200, file.type, file.etag, file.bytes, file.size);
+// The page names its files relatively (main.js, viewer.css) and the API absolutely (/api/...): served at
+// /ui/, with /ui sent on to /ui/, it needs nothing else from the server. tests/viewer/devserver.mjs
+// shows the headers that go with a file (no-cache with the tag, 304 for a matching If-None-Match).
 
 #include <tov/utils/Export.h>
 

@@ -6,13 +6,46 @@
 
 const base = "/api/";
 const timeoutMs = 5000;
+const tokenKey = "tov-viewer-token";
+
+// A host that wants a token gets it as "Authorization: Bearer ...". It comes once in the address
+// (/ui/#token=...), is kept for the tab's life and taken out of the address, so that a link copied from
+// the page does not carry it.
+function takeToken() {
+  const params = new URLSearchParams(location.hash.replace(/^#/, ""));
+  const given = params.get("token");
+  try {
+    if (given) {
+      sessionStorage.setItem(tokenKey, given);
+    }
+  } catch (_) {
+    // Without storage the token lasts until the page is reloaded.
+  }
+  if (given !== null) {
+    params.delete("token");
+    const rest = params.toString();
+    history.replaceState(null, "", rest ? `#${rest}` : location.pathname + location.search);
+  }
+  try {
+    return given || sessionStorage.getItem(tokenKey) || "";
+  } catch (_) {
+    return given || "";
+  }
+}
+
+const token = takeToken();
+
+// The headers of every request; fetch calls made outside the queue (on leaving) use them too.
+export function authorization() {
+  return token ? { Authorization: `Bearer ${token}` } : {};
+}
 
 // Why the host said no, when its reply has no {"error": "..."} of its own (the exact startHttp form
 // answers with bare statuses).
 const statusTexts = {
   204: "the host has no such resource (204)",
   400: "the host refused it (400): the state does not allow it, or the request was malformed",
-  401: "the host wants a token (401)",
+  401: "the host wants a token (401): open the page as /ui/#token=...",
   403: "the host refused this page (403 Forbidden)",
   404: "no such resource (404)",
   413: "the request was too large for the host (413)",
@@ -26,17 +59,23 @@ export class Api {
     this.queue = [];
     this.running = false;
     this.sent = 0;
+    this.commands = 0; // changes of the host's state asked for by this page, counted when asked
   }
 
-  get(path) { return this.request("GET", path, undefined, {}); }
+  get(path, options = {}) { return this.request("GET", path, undefined, options); }
   post(path, body, options = {}) { return this.request("POST", path, body === undefined ? {} : body, options); }
   delete(path, options = {}) { return this.request("DELETE", path, undefined, options); }
 
   // Resolves with a reply for every answer the host gave, whatever its status; rejects with HostGone
-  // when no answer came.
-  request(method, path, body, { urgent = false } = {}) {
+  // when no answer came. A read made with `since: api.commands` is not sent once a command of this page
+  // went first (it resolves as skipped): a frame read just after a resume would ask for a frame that
+  // the running entity has already left.
+  request(method, path, body, { urgent = false, since } = {}) {
+    if (method !== "GET") {
+      this.commands += 1;
+    }
     return new Promise((resolve, reject) => {
-      const job = { method, path, body, resolve, reject };
+      const job = { method, path, body, since, resolve, reject };
       if (urgent) {
         this.queue.unshift(job);
       } else {
@@ -53,6 +92,10 @@ export class Api {
     this.running = true;
     while (this.queue.length > 0) {
       const job = this.queue.shift();
+      if (job.since !== undefined && job.since !== this.commands) {
+        job.resolve({ status: 0, ok: false, skipped: true, data: undefined, error: "skipped after a command" });
+        continue;
+      }
       try {
         job.resolve(await this.send(job));
       } catch (error) {
@@ -73,7 +116,7 @@ export class Api {
   async send({ method, path, body }) {
     const controller = new AbortController();
     const timer = setTimeout(() => controller.abort(), timeoutMs);
-    const init = { method, cache: "no-store", signal: controller.signal, headers: {} };
+    const init = { method, cache: "no-store", signal: controller.signal, headers: authorization() };
     if (body !== undefined) {
       init.body = JSON.stringify(body);
       init.headers["Content-Type"] = "application/json";

@@ -40,7 +40,7 @@ export class Controls {
       return;
     }
     const act = {
-      F8: () => (this.model.status.suspended || this.model.stepping !== null ? this.resume() : this.suspendAll()),
+      F8: () => (this.isArmed() ? this.resume() : this.suspendAll()),
       F10: () => this.step("stepover", "over"),
       F11: () => (event.shiftKey ? this.step("stepout", "out") : this.step("stepin", "in")),
     }[event.key];
@@ -50,23 +50,30 @@ export class Controls {
     }
   }
 
+  // Stopped, or about to stop by this page's doing: Resume applies (and cancels what was armed).
+  isArmed() {
+    return this.model.status.suspended || this.model.stepping !== null || this.model.suspending;
+  }
+
   refresh() {
     const connected = this.connection.isConnected();
     const { suspended, entity, known } = this.model.status;
     const stepping = this.model.stepping !== null;
     const idle = connected && known && !this.busy;
-    this.buttons.suspendAll.disabled = !idle || suspended || stepping;
-    this.buttons.suspendOne.disabled = !idle || suspended || stepping || this.model.selected === null;
-    this.buttons.resume.disabled = !idle || !(suspended || stepping);
+    const armed = this.isArmed();
+    this.buttons.suspendAll.disabled = !idle || armed;
+    this.buttons.suspendOne.disabled = !idle || armed || this.model.selected === null;
+    this.buttons.resume.disabled = !idle || !armed;
     for (const step of [this.buttons.stepOver, this.buttons.stepIn, this.buttons.stepOut]) {
       step.disabled = !idle || !suspended;
     }
     this.buttons.suspendOne.textContent = this.model.selected === null ? "Suspend entity" : `Suspend ${this.model.selected}`;
-    const state = !known ? "unknown" : stepping ? "stepping" : suspended ? "suspended" : "running";
+    const state = !known ? "unknown" : stepping ? "stepping" : suspended ? "suspended"
+      : this.model.suspending ? "suspending" : "running";
     this.runState.dataset.state = state;
     this.runState.textContent = state === "suspended" && entity !== null ? `suspended (entity ${entity})`
       : state === "stepping" && this.model.stepping >= 0 ? `stepping (entity ${this.model.stepping})`
-      : state === "unknown" ? "–" : state;
+      : state === "suspending" ? "suspending…" : state === "unknown" ? "–" : state;
   }
 
   async command(path, body, describe) {
@@ -97,10 +104,12 @@ export class Controls {
     if (this.buttons.suspendAll.disabled) {
       return;
     }
-    await this.command("debug/suspend", {}, {
+    if (await this.command("debug/suspend", {}, {
       what: "Suspend all",
       done: "Suspending: every entity stops at its next frame change",
-    });
+    })) {
+      this.model.startSuspending();
+    }
   }
 
   async suspendOne() {
@@ -113,20 +122,22 @@ export class Controls {
     const done = entity === 0
       ? "Suspending all: the host takes entity 0 as every entity"
       : `Suspending entity ${entity} at its next frame change`;
-    await this.command("debug/suspend", { entity }, { what: `Suspend entity ${entity}`, done });
+    if (await this.command("debug/suspend", { entity }, { what: `Suspend entity ${entity}`, done })) {
+      this.model.startSuspending();
+    }
   }
 
   async resume() {
     if (this.buttons.resume.disabled) {
       return;
     }
-    const wasStepping = this.model.stepping !== null && !this.model.status.suspended;
+    const wasArmed = !this.model.status.suspended;
     const ok = await this.command("debug/resume", {}, { what: "Resume", done: "Resumed" });
-    if (!ok && wasStepping) {
-      // Resume answers 400 while nothing is stopped, but it still clears the step that was armed.
-      say("The step was cancelled: the entity runs on", "done");
+    if (!ok && wasArmed) {
+      // Resume answers 400 while nothing is stopped, but it still clears what was armed.
+      say("Cancelled: nothing was stopped yet, and nothing will stop now", "done");
     }
-    this.model.clearStepping();
+    this.model.clearArmed();
   }
 
   async step(path, name) {

@@ -189,6 +189,12 @@ export class EnginesView {
   }
 
   render() {
+    // Redrawn only when something changed: a switch replaced under the pointer would lose its click.
+    const signature = JSON.stringify([...this.engines]);
+    if (signature === this.drawn) {
+      return;
+    }
+    this.drawn = signature;
     const items = [];
     for (const [path, state] of this.engines) {
       const li = document.createElement("li");

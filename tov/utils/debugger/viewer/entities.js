@@ -15,6 +15,7 @@ export class EntitiesView {
     this.count = document.getElementById("entity-count");
     this.next = 0;
     this.listed = false;
+    this.items = new Map(); // entity -> its list item
     const wanted = urlState.get("entity");
     if (wanted !== null && /^\d+$/.test(wanted)) {
       model.select(Number(wanted));
@@ -78,6 +79,7 @@ export class EntitiesView {
     this.next = ids.length === 0 ? 0 : (this.next + count) % ids.length;
   }
 
+  // Items are kept and updated in place: a list redrawn under the pointer would lose clicks.
   render() {
     const words = this.filter.value.trim().toLowerCase();
     const items = [];
@@ -87,25 +89,37 @@ export class EntitiesView {
       if (words && !`${entity} ${state} ${top}`.toLowerCase().includes(words)) {
         continue;
       }
-      const li = document.createElement("li");
-      li.dataset.entity = entity;
-      li.setAttribute("role", "option");
+      let li = this.items.get(entity);
+      if (!li) {
+        li = document.createElement("li");
+        li.dataset.entity = entity;
+        li.setAttribute("role", "option");
+        const id = document.createElement("span");
+        id.className = "entity-id";
+        id.textContent = entity;
+        const badge = document.createElement("span");
+        badge.className = "state";
+        const where = document.createElement("span");
+        where.className = "entity-loc";
+        li.append(id, badge, where);
+        this.items.set(entity, li);
+      }
+      const [, badge, where] = li.children;
       li.setAttribute("aria-selected", entity === this.model.selected ? "true" : "false");
-      const id = document.createElement("span");
-      id.className = "entity-id";
-      id.textContent = entity;
-      const badge = document.createElement("span");
-      badge.className = "state";
-      badge.dataset.state = state;
-      badge.textContent = state;
-      const where = document.createElement("span");
-      where.className = "entity-loc";
-      where.textContent = shortLocation(top);
-      where.title = top;
-      li.append(id, badge, where);
+      if (badge.dataset.state !== state) {
+        badge.dataset.state = state;
+        badge.textContent = state;
+      }
+      if (where.title !== top) {
+        where.textContent = shortLocation(top);
+        where.title = top;
+      }
       items.push(li);
     }
-    this.list.replaceChildren(...items);
+    const same = items.length === this.list.children.length && items.every((li, i) => this.list.children[i] === li);
+    if (!same) {
+      this.list.replaceChildren(...items);
+    }
     const total = this.model.entities.length;
     this.count.textContent = items.length === total ? `${total}` : `${items.length} of ${total}`;
   }

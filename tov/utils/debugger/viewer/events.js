@@ -5,6 +5,7 @@
 //   const events = new EventsView(api, model, { onStop, onHit, onSelect, onLocation });
 //   await events.subscribe();  await events.poll();
 
+import { authorization } from "./api.js";
 import { say } from "./message.js";
 
 const kinds = ["initialization", "termination", "disconnection", "suspension", "registration", "unregistration",
@@ -62,7 +63,8 @@ export class EventsView {
   unsubscribeOnLeave() {
     for (const handle of this.handles) {
       // keepalive lets the request outlive the page; it is the last one the page sends.
-      fetch(`/api/events/subscriptions/${handle}`, { method: "DELETE", keepalive: true }).catch(() => {});
+      fetch(`/api/events/subscriptions/${handle}`, { method: "DELETE", keepalive: true, headers: authorization() })
+        .catch(() => {});
     }
     this.handles = [];
   }

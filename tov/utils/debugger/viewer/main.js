@@ -40,7 +40,11 @@ const watch = new WatchView(api, {
 });
 const pick = (path, pointer, label) => watch.add(path, pointer, label);
 const entities = new EntitiesView(api, model, urlState);
-const stack = new StackView(api, model, { onPick: pick });
+const breakAt = (where) => {
+  showView("breakpoints");
+  breakpoints.prefill(where);
+};
+const stack = new StackView(api, model, { onPick: pick, onLocation: breakAt });
 const breakpoints = new BreakpointsView(api, model);
 const engines = new EnginesView(api, urlState, { onPick: pick });
 engines.wake = wakePoller;
@@ -48,10 +52,7 @@ const events = new EventsView(api, model, {
   onStop: (entity) => model.noteStop(entity),
   onHit: (requestId) => breakpoints.countHit(requestId),
   onSelect: (entity) => entities.choose(entity),
-  onLocation: (where) => {
-    showView("breakpoints");
-    breakpoints.prefill(where);
-  },
+  onLocation: breakAt,
 });
 new Controls(api, model, connection, { afterCommand: wakePoller });
 

@@ -10,6 +10,7 @@ class Model {
     this.tops = new Map();      // entity -> location of its top frame
     this.stopped = new Set();   // entities that events name as stopped since the host last ran
     this.stepping = null;       // entity whose step this page started and that has not stopped yet
+    this.suspending = false;    // a suspend this page asked for, until something stops
     this.selected = null;
     this.locations = new Set(); // every location seen in a stack or an event, for completion
     this.listeners = new Map();
@@ -39,6 +40,7 @@ class Model {
       // Requests reach the host one at a time, and a step answers only once the gate is open again:
       // a stop seen after it is the step's own.
       this.stepping = null;
+      this.suspending = false;
     } else {
       this.stopped.clear();
     }
@@ -50,12 +52,14 @@ class Model {
   }
 
   signature() {
-    return JSON.stringify([this.status, [...this.stopped], this.stepping]);
+    return JSON.stringify([this.status, [...this.stopped], this.stepping, this.suspending]);
   }
 
-  // A stop told by an event (suspension or breakpoint): it names each entity when several stopped.
+  // A stop told by an event (suspension or breakpoint): it names each entity when several stopped. The
+  // event may be read before the state that shows the stop: it counts once the host shows it suspended,
+  // and goes with the next state that shows it running.
   noteStop(entity) {
-    if (this.status.suspended && this.stepping === null && !this.stopped.has(entity)) {
+    if (this.stepping === null && !this.stopped.has(entity)) {
       this.stopped.add(entity);
       this.emit("entities");
     }
@@ -69,9 +73,20 @@ class Model {
     this.emit("entities");
   }
 
-  clearStepping() {
-    if (this.stepping !== null) {
+  // Suspending arms a stop at the next frame change; nothing is stopped until a thread gets there.
+  startSuspending() {
+    if (!this.status.suspended) {
+      this.suspending = true;
+      this.emit("status");
+    }
+  }
+
+  // After a resume: nothing this page armed is pending any more.
+  clearArmed() {
+    if (this.stepping !== null || this.suspending) {
       this.stepping = null;
+      this.suspending = false;
+      this.emit("status");
       this.emit("entities");
     }
   }

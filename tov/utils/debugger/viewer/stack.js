@@ -1,15 +1,16 @@
 // The selected entity's stack of contexts, top first, each frame's data as a tree. A frame's data is
 // read only while its entity is stopped: a running entity's frames come and go between two requests,
 // and asking for one that just went would be answered 404.
-//   const stack = new StackView(api, model, { onPick });  await stack.poll();
+//   const stack = new StackView(api, model, { onPick, onLocation });  await stack.poll();
 
 import { JsonTree } from "./tree.js";
 
 export class StackView {
-  constructor(api, model, { onPick }) {
+  constructor(api, model, { onPick, onLocation }) {
     this.api = api;
     this.model = model;
     this.onPick = onPick;
+    this.onLocation = onLocation;
     this.list = document.getElementById("stack-list");
     this.note = document.getElementById("stack-note");
     this.title = document.getElementById("stack-entity");
@@ -39,6 +40,7 @@ export class StackView {
       }
       return;
     }
+    const since = this.api.commands;
     const reply = await this.api.get(`debug/entities/${entity}/contexts`);
     if (entity !== this.entity) {
       return;
@@ -66,8 +68,8 @@ export class StackView {
       if (!this.isOpen(frame.index)) {
         continue;
       }
-      const data = await this.api.get(`debug/entities/${entity}/contexts/${frame.index}`);
-      if (entity !== this.entity) {
+      const data = await this.api.get(`debug/entities/${entity}/contexts/${frame.index}`, { since });
+      if (entity !== this.entity || data.skipped) {
         return;
       }
       const tree = this.trees.get(frame.index);
@@ -125,7 +127,15 @@ export class StackView {
     const location = document.createElement("span");
     location.className = "location";
     location.textContent = frame.location;
-    summary.append(index, location);
+    const breakHere = document.createElement("button");
+    breakHere.className = "watch-pick";
+    breakHere.textContent = "●";
+    breakHere.title = "Add a breakpoint at this location";
+    breakHere.addEventListener("click", (event) => {
+      event.preventDefault(); // the summary would fold the frame
+      this.onLocation(frame.location);
+    });
+    summary.append(index, location, breakHere);
     const body = document.createElement("div");
     body.className = "tree";
     const entity = this.entity;

@@ -45,8 +45,12 @@ export class WatchView {
   async poll() {
     const paths = [...new Set(this.watches.map((w) => w.path))].filter((path) => this.canRead(path));
     const now = Date.now();
+    const since = this.api.commands;
     for (const path of paths) {
-      const reply = await this.api.get(path);
+      const reply = await this.api.get(path, { since });
+      if (reply.skipped) {
+        return;
+      }
       for (const watch of this.watches.filter((w) => w.path === path)) {
         const value = reply.ok ? resolvePointer(reply.data, watch.pointer) : undefined;
         watch.missing = typeof value !== "number";
