@@ -136,8 +136,8 @@ void ConfiguredRequestHandler::serveViewerFile(HTTPConnection& connection, const
          << "ETag: " << file.etag << "\r\n"
          << "Cache-Control: no-cache\r\n"
          << "X-Content-Type-Options: nosniff\r\n"
-         << "Content-Security-Policy: default-src 'self'; style-src 'self' 'unsafe-inline'; img-src 'self' data:; "
-            "frame-ancestors 'none'\r\n"
+         << "Content-Security-Policy: default-src 'self'; frame-ancestors 'none'; base-uri 'none'; form-action 'none'\r\n"
+         << "Referrer-Policy: no-referrer\r\n"
          << "Connection: close\r\n"
          << headerLines << "\r\n";
     String reply = head.str();
