@@ -2,6 +2,8 @@
 
 #include "support/AssertionGuard.h"
 
+#include <future>
+
 namespace tov {
 namespace testing {
 namespace {
@@ -171,6 +173,23 @@ TEST_F(DebuggerTest, SuspendingAllStopsEveryThreadAndOneResumeLetsThemAllGo)
     EXPECT_TRUE(waitFor([this] { return simulation.finished == 3; }));
     EXPECT_FALSE(debugger().isSuspended());
     simulation.facade->cleanRelatedContexts(simulation);
+}
+
+// A registration holds the state lock across its pushes: a thread stopped there would hold it while
+// suspended, and no client could be answered or resume it. Its frames never stop.
+TEST_F(DebuggerTest, RegisteringAndUnregisteringWhileEverythingIsArmedNeverStops)
+{
+    registerEntities({0});
+    ASSERT_TRUE(debugger().suspend());
+    std::future<void> registering = std::async(std::launch::async, [this] {
+        registerEntities({1});
+        const unsigned int leaving = 1;
+        simulation.onEntitiesUnregistration(&leaving, 1);
+    });
+    EXPECT_EQ(std::future_status::ready, registering.wait_for(std::chrono::seconds(10)));
+    EXPECT_FALSE(debugger().isSuspended());
+    EXPECT_EQ("{\"suspended\":false,\"entity\":4294967295}", get("debug/suspend"));
+    debugger().resume();
 }
 
 TEST_F(DebuggerTest, DisablingTheDebuggerReleasesTheSimulation)

@@ -406,7 +406,10 @@ void InspectionFrameworkImpl::onEntitiesRegistration(AbstractEngine& engine, con
     }
     MainContextFactory factory;
     for (unsigned int i = 0; i < count; ++i) {
-        pushContext(engine, ids[i], factory);
+        // The bottom frame never stops its thread: a registration holds the state lock across its
+        // pushes, and a thread stopped here would hold it while suspended, so that no client could be
+        // answered, nor resume it. The same holds for the pop of an unregistration.
+        pushFrame(engine, ids[i], factory);
         RegistrationNotifier notifier(ids[i]);
         requests.accept(notifier);
     }
@@ -433,7 +436,8 @@ void InspectionFrameworkImpl::onEntitiesUnregistration(AbstractEngine& engine, c
         if (stack == nullptr || stack->empty() || framesLeft) {
             continue;
         }
-        AbstractContext* popped = popContext(engine, id);
+        bool armed = false;
+        AbstractContext* popped = popFrame(engine, id, armed);
         for (auto& entry : engineContexts) {
             const Stack::iterator found = std::find(entry.second.begin(), entry.second.end(), popped);
             if (found != entry.second.end()) {
@@ -509,6 +513,13 @@ AbstractContext* InspectionFrameworkImpl::getContext(unsigned int entity, unsign
 // only after letting the lock go.
 void InspectionFrameworkImpl::pushContext(AbstractEngine& engine, unsigned int entity, AbstractContextFactory& factory)
 {
+    if (pushFrame(engine, entity, factory)) {
+        stopHere(entity);
+    }
+}
+
+bool InspectionFrameworkImpl::pushFrame(AbstractEngine& engine, unsigned int entity, AbstractContextFactory& factory)
+{
     const unsigned long long key = computeEngineKey(engine);
     bool stop = false;
     {
@@ -523,16 +534,23 @@ void InspectionFrameworkImpl::pushContext(AbstractEngine& engine, unsigned int e
         engineContexts[key].push_back(context);
         stop = !isInvalidated(key) && isArmedFor(entity, context);
     }
-    if (stop) {
-        stopHere(entity);
-    }
+    return stop;
 }
 
 AbstractContext* InspectionFrameworkImpl::popContext(AbstractEngine& engine, unsigned int entity)
 {
+    bool stop = false;
+    AbstractContext* popped = popFrame(engine, entity, stop);
+    if (stop) {
+        stopHere(entity);
+    }
+    return popped;
+}
+
+AbstractContext* InspectionFrameworkImpl::popFrame(AbstractEngine& engine, unsigned int entity, bool& stop)
+{
     const unsigned long long key = computeEngineKey(engine);
     AbstractContext* popped = nullptr;
-    bool stop = false;
     {
         ScopedMutex state(stateLock);
         const EntityIndex::const_iterator slot = entityIndex.find(entity);
@@ -558,9 +576,6 @@ AbstractContext* InspectionFrameworkImpl::popContext(AbstractEngine& engine, uns
             stepOverContext = top;
         }
         stop = !isInvalidated(key) && isArmedFor(entity, top);
-    }
-    if (stop) {
-        stopHere(entity);
     }
     return popped;
 }
@@ -698,8 +713,7 @@ bool InspectionFrameworkImpl::isArmedFor(unsigned int entity, const AbstractCont
            (top != nullptr && (top == stepOutContext || top == stepOverContext));
 }
 
-// Called without the lock, so that listeners may call back and the stopped thread holds nothing (unless
-// it came here from a registration, which holds the lock throughout).
+// Called without the lock, so that listeners may call back and the stopped thread holds nothing.
 void InspectionFrameworkImpl::stopHere(unsigned int entity)
 {
     SuspensionNotifier notifier(entity);

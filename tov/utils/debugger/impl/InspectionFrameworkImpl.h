@@ -120,6 +120,10 @@ public:
     void onBreakpoint(unsigned int requestId, unsigned int entity, const Uri& location) override;
 
 private:
+    // A push or a pop without the stop it may call for: the result (or `stop`) tells whether an armed
+    // condition was met.
+    bool pushFrame(AbstractEngine& engine, unsigned int entity, AbstractContextFactory& factory);
+    AbstractContext* popFrame(AbstractEngine& engine, unsigned int entity, bool& stop);
     using Stack = Deque<AbstractContext*>;
     // What a push or pop needs of an entity, found in one step whatever the number of entities: how
     // often the id stands in `entities`, and its stack in `entityContexts` once it has one.
