@@ -273,16 +273,24 @@ describe("the web viewer on tov-demo", { timeout: 240000 }, () => {
     }
   });
 
-  it("switches the world engine off and on, and the resource browser says so", async () => {
+  it("switches the world engine off and on as the host reports it, and the resource browser says so", async () => {
     await page.click('.tabs [data-view="resources"]');
-    const toggle = page.locator('#engine-list li[data-engine="world"] input[type="checkbox"]');
-    await toggle.click();
+    const toggle = () => page.locator('#engine-list li[data-engine="world"] input[type="checkbox"]');
+    const hostSays = async () => (await hostJson("/api/engines")).find((engine) => engine.path === "world").enabled;
+    await until(async () => (await page.locator("#engine-list li[data-engine]").count()) === 3, "the host's engines");
+    assert.equal(await toggle().isChecked(), true);
+    await toggle().click();
     await until(async () => ((await text("#res-status")) || "").includes("engine world is switched off"), "the off badge");
     assert.equal(await page.locator("#res-tree.off").count(), 1);
     assert.match(await text("#message"), /Engine world switched off/);
+    assert.equal(await hostSays(), false);
+    assert.equal(await toggle().isChecked(), false);
     await shot("world-off");
-    await page.locator('#engine-list li[data-engine="world"] input[type="checkbox"]').click();
+    // Switched on by another client: the page follows the host within its next reading of the list.
+    assert.equal((await hostRequest("POST", "/api/engines", { body: '{"world":true}' })).status, 200);
     await until(async () => (await page.locator("#res-tree.off").count()) === 0, "the badge gone");
+    assert.equal(await toggle().isChecked(), true);
+    assert.equal(await hostSays(), true);
   });
 
   it("keeps a page of another origin from driving the host", async (t) => {
