@@ -15,7 +15,9 @@ bool Agent::internalSetMetadata(tov::utils::TypeManager& typeManager, tov::utils
            typeManager.registerProperty("energy", &Agent::getEnergy, &Agent::setEnergy, logger) &&
            typeManager.registerProperty("goalX", &Agent::getGoalX, &Agent::setGoalX, logger) &&
            typeManager.registerProperty("goalY", &Agent::getGoalY, &Agent::setGoalY, logger) &&
-           typeManager.registerProperty("meals", &Agent::getMeals, &Agent::setMeals, logger);
+           typeManager.registerProperty("meals", &Agent::getMeals, &Agent::setMeals, logger) &&
+           typeManager.registerProperty("age", &Agent::getAge, &Agent::setAge, logger) &&
+           typeManager.registerProperty("generation", &Agent::getGeneration, &Agent::setGeneration, logger);
 }
 
 bool registerAgentType(tov::utils::TypeManager& typeManager, tov::utils::AbstractLogger* logger)
@@ -71,6 +73,20 @@ void Agent::eat()
     energy += mealEnergy;
     ++meals;
     hasTarget = false;
+}
+
+void Agent::beReborn()
+{
+    x = drawCoordinate(random);
+    y = drawCoordinate(random);
+    // No goal yet: one equal to the place reads back as none from a saved world, too.
+    goalX = x;
+    goalY = y;
+    hasTarget = false;
+    energy = birthEnergy;
+    meals = 0;
+    age = 0;
+    ++generation;
 }
 
 void Agent::writeState(tov::utils::DynamicObject& out, unsigned int property) const

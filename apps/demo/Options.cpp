@@ -24,6 +24,10 @@ int parseOptions(int argc, const char* const* argv, Options& options, std::ostre
                             ->check(CLI::Range(0u, 0xFFFFFFFFu));
     CLI::Option* tick = app.add_option("--tick-ms", options.tickMilliseconds, "milliseconds between rounds")
                             ->check(CLI::Range(0u, 60000u));
+    app.add_option("--lifespan", options.lifespan,
+                   "rounds an agent lives; then a newborn takes its place under the same id, unregistered "
+                   "and registered again on the debugger; 0: agents live forever")
+        ->check(CLI::Range(0u, 1000000u));
     app.add_option("--load", options.load, "start from a world saved as JSON or as saved text")
         ->check(CLI::ExistingFile);
     CLI::Option* save = app.add_option("--save", options.save,

@@ -21,6 +21,8 @@ struct Options {
     bool seedGiven = false;
     unsigned int tickMilliseconds = 50;
     bool tickGiven = false;
+    // Rounds an agent lives before a newborn takes its place; 0: forever.
+    unsigned int lifespan = 0;
     std::string load;
     std::string save = "tov-demo-world";
     bool saveGiven = false;

@@ -16,24 +16,27 @@ namespace debugger = tov::utils::debugger;
 } // namespace
 
 Simulation::Simulation(World& world, WorldEngine& engine, std::vector<Agent*> agents, unsigned int workerCount,
-                       unsigned int tickMilliseconds, long long firstTick)
+                       unsigned int tickMilliseconds, long long firstTick, unsigned int lifespan)
     : world(world),
       engine(engine),
       agents(std::move(agents)),
       workers(workerCount == 0 ? 1 : workerCount),
       tickMilliseconds(tickMilliseconds),
       firstTick(firstTick),
+      lifespan(lifespan),
+      registrar("world-entities", true),
       live_(tov::utils::Uri::create(BehaviourLocations::live)),
       seek_(tov::utils::Uri::create(BehaviourLocations::seek)),
       move_(tov::utils::Uri::create(BehaviourLocations::move)),
       eat_(tov::utils::Uri::create(BehaviourLocations::eat))
 {
+    engine.getFacade()->invalidateContexts(registrar);
     std::vector<unsigned int> ids;
     for (const Agent* agent : this->agents) {
         ids.push_back(agent->getIndex());
     }
     if (!ids.empty()) {
-        engine.onEntitiesRegistration(ids.data(), static_cast<unsigned int>(ids.size()));
+        engine.getFacade()->onEntitiesRegistration(registrar, ids.data(), static_cast<unsigned int>(ids.size()));
         registered = true;
     }
 }
@@ -75,7 +78,7 @@ void Simulation::stop()
         for (const Agent* agent : agents) {
             ids.push_back(agent->getIndex());
         }
-        engine.onEntitiesUnregistration(ids.data(), static_cast<unsigned int>(ids.size()));
+        engine.getFacade()->onEntitiesUnregistration(registrar, ids.data(), static_cast<unsigned int>(ids.size()));
         registered = false;
     }
 }
@@ -96,8 +99,12 @@ void Simulation::run(unsigned int worker)
 {
     while (!stopping) {
         for (unsigned int i = worker; i < agents.size() && !stopping; i += static_cast<unsigned int>(workers.size())) {
-            live(*agents[i]);
-            world.publish(*agents[i]);
+            Agent& agent = *agents[i];
+            live(agent);
+            if (lifespan != 0 && agent.getAge() >= static_cast<long long>(lifespan)) {
+                replaceWithNewborn(agent);
+            }
+            world.publish(agent);
         }
         ++workers[worker].rounds;
         world.setTick(getTick());
@@ -131,6 +138,15 @@ void Simulation::live(Agent& agent)
         pop(agent, stack);
     }
     pop(agent, stack);
+    agent.growOlder();
+}
+
+void Simulation::replaceWithNewborn(Agent& agent)
+{
+    const unsigned int id = agent.getIndex();
+    engine.getFacade()->onEntitiesUnregistration(registrar, &id, 1);
+    agent.beReborn();
+    engine.getFacade()->onEntitiesRegistration(registrar, &id, 1);
 }
 
 void Simulation::refresh(const Agent& agent, const std::vector<AgentFrame*>& stack)

@@ -3,6 +3,8 @@
 // a stack of frames at locations such as "tov:agents/forager.behavior#seek"; every frame is pushed to the
 // debugger (where a stopped agent's thread waits) and every location fires a breakpoint. Agent i is
 // always run by worker i % workers and draws only from its own stream, so a run repeats for a seed.
+// With a lifespan, an agent that has lived that many rounds dies between two rounds and a newborn takes
+// its place under the same id: the debugger sees the entity unregistered and registered again.
 //   Simulation simulation(world, engine, agents, 2, 50);
 //   simulation.start();  ...  simulation.stop();   // frees the agents it was given
 
@@ -27,10 +29,11 @@ struct BehaviourLocations {
 
 class Simulation {
 public:
-    // Takes the agents (made by TOV_NEW, numbered 0..n-1) and registers them as the engine's entities.
-    // Ticks count on from `firstTick`, so that a loaded world goes on where it was saved.
+    // Takes the agents (made by TOV_NEW, numbered 0..n-1) and registers them on the debugger; `engine`
+    // must be registered. Ticks count on from `firstTick`, so that a loaded world goes on where it was
+    // saved. A `lifespan` of 0 lets the agents live forever.
     Simulation(World& world, WorldEngine& engine, std::vector<Agent*> agents, unsigned int workers,
-               unsigned int tickMilliseconds, long long firstTick = 0);
+               unsigned int tickMilliseconds, long long firstTick = 0, unsigned int lifespan = 0);
     ~Simulation();
     Simulation(const Simulation&) = delete;
     Simulation& operator=(const Simulation&) = delete;
@@ -56,6 +59,8 @@ private:
     void live(Agent& agent);
     void push(Agent& agent, const tov::utils::Uri& location, std::vector<AgentFrame*>& stack);
     void pop(Agent& agent, std::vector<AgentFrame*>& stack);
+    // Between two rounds, on the agent's own thread: its stack holds only its bottom frame.
+    void replaceWithNewborn(Agent& agent);
     // Shows the agent's new state in every frame of its stack.
     static void refresh(const Agent& agent, const std::vector<AgentFrame*>& stack);
     // Fires a breakpoint at the location; a hit stops this thread until a resume.
@@ -67,6 +72,12 @@ private:
     std::vector<Worker> workers;
     unsigned int tickMilliseconds;
     long long firstTick;
+    unsigned int lifespan;
+    // Registers and unregisters the agents. Registering holds the debugger's lock for its whole length,
+    // so a stop armed for the bottom frame it pushes (or the one it pops) would keep the inspector from
+    // answering the resume: this engine's frames are declared invalid, and those never stop anything.
+    // It is never registered with the inspector, so it serves nothing.
+    tov::utils::debugger::AbstractEngine registrar;
     std::atomic<bool> stopping{false};
     bool registered = false;
     tov::utils::Uri live_;

@@ -120,7 +120,8 @@ int run(const demo::Options& options, tov::utils::AbstractLogger& logger)
 
     int status = 0;
     {
-        demo::Simulation simulation(world, engine, agents, options.workers, options.tickMilliseconds, tick);
+        demo::Simulation simulation(world, engine, agents, options.workers, options.tickMilliseconds, tick,
+                                    options.lifespan);
         if (!startInspector(inspector, options)) {
             std::cerr << "tov-demo: the inspector cannot listen on " << options.bind << ":" << options.port
                       << " (see the reason above; --port 0 takes a free port)\n";
@@ -134,7 +135,10 @@ int run(const demo::Options& options, tov::utils::AbstractLogger& logger)
             const std::string base = url + "/api";
             std::cout << "open " << url << "/ui/\n"
                       << "tov-demo: " << plural(simulation.countAgents(), "agent") << " on "
-                      << plural(options.workers, "worker thread") << ", seed " << seed << "\n"
+                      << plural(options.workers, "worker thread") << ", seed " << seed
+                      << (options.lifespan == 0 ? std::string()
+                                                : ", each living " + plural(options.lifespan, "round"))
+                      << "\n"
                       << "inspector listening on " << url << "\n"
                       << "  the world:     curl " << base << "/world/agents/3\n"
                       << "  the entities:  curl " << base << "/debug/entities\n"

@@ -66,8 +66,9 @@ protected:
     static std::string describe(const demo::Agent& agent)
     {
         char text[160];
-        std::snprintf(text, sizeof text, "%.6f %.6f %.6f %.6f %.6f %d", agent.getX(), agent.getY(), agent.getEnergy(),
-                      agent.getGoalX(), agent.getGoalY(), agent.getMeals());
+        std::snprintf(text, sizeof text, "%.6f %.6f %.6f %.6f %.6f %d %d %d", agent.getX(), agent.getY(),
+                      agent.getEnergy(), agent.getGoalX(), agent.getGoalY(), agent.getMeals(), agent.getAge(),
+                      agent.getGeneration());
         return text;
     }
 
@@ -105,6 +106,24 @@ TEST_F(DemoTest, AgentsOfOneSeedLiveTheSameLivesWhateverTheOrderTheyRunIn)
     }
     EXPECT_NE(expected[0], expected[1]);   // each draws from a stream of its own
     EXPECT_GT(first[0]->getMeals(), 0);    // 40 strides of 2.5 cross the world at least once
+}
+
+// A newborn starts afresh from the dead agent's own stream: runs with a lifespan still repeat for a seed.
+TEST_F(DemoTest, ANewbornTakesItsPlaceWithAFreshStateDrawnFromTheAgentsOwnStream)
+{
+    makeAgents(1, 55);
+    makeAgents(1, 55);
+    for (demo::Agent* agent : agents) {
+        live(*agent, 30);
+        agent->growOlder();
+        agent->beReborn();
+    }
+    EXPECT_EQ(describe(*agents[0]), describe(*agents[1]));
+    EXPECT_EQ(1, agents[0]->getGeneration());
+    EXPECT_EQ(0, agents[0]->getAge());
+    EXPECT_EQ(0, agents[0]->getMeals());
+    EXPECT_EQ(demo::Agent::birthEnergy, agents[0]->getEnergy());
+    EXPECT_FALSE(agents[0]->hasGoal());
 }
 
 // A saved world, in either form, brings each agent back with its state and its place in its stream:

@@ -1,7 +1,9 @@
 // Engines with their on/off switch, and a browser for any resource of any engine, shown as a tree that
-// refreshes itself. The host lists no engines and does not tell whether one is on: the page knows
-// "debug" and "events", learns the others from the paths a person browses or adds (kept per host), and
-// shows a switch as it was last set from here ("not known" until then).
+// refreshes itself. The host lists its engines with each one's state (GET /api/engines), read every few
+// seconds and after each switch. A host that answers that path with no list (an older one, behind the
+// development server) leaves the page to what it knows itself: "debug" and "events", the engines learned
+// from the paths a person browses or adds (kept per host), each switch as last set from here ("not
+// known" until then).
 //   const engines = new EnginesView(api, urlState, { onPick });  await engines.poll(visible);
 
 import { JsonTree, escapeKey } from "./tree.js";
@@ -9,6 +11,7 @@ import { say } from "./message.js";
 import { keep, stored } from "./storage.js";
 
 const builtIn = ["debug", "events"];
+const listEveryMs = 3000;
 
 export class EnginesView {
   constructor(api, urlState, { onPick }) {
@@ -28,10 +31,16 @@ export class EnginesView {
       onPick: (pointer) => onPick(this.path, pointer, `${this.path}${pointer}`),
     });
     const saved = load();
-    this.engines = new Map(); // path -> { enabled: true | false | null (not known), answer: text }
+    // The page's own knowledge, for a host that lists no engines: path -> { enabled: true | false | null
+    // (not known) }.
+    this.known = new Map();
     for (const path of [...builtIn, ...saved.paths]) {
-      this.engines.set(path, { enabled: saved.enabled[path] ?? null, answer: "" });
+      this.known.set(path, { enabled: saved.enabled[path] ?? null });
     }
+    this.listed = null;         // the host's list, path -> { enabled }; null while it gives none
+    this.hostLists = null;      // not asked yet; then whether the last answer was a list
+    this.listedAt = 0;
+    this.answers = new Map();   // path -> whether its root answered, as last seen
     this.path = "";
     this.pending = true;
     this.unprobed = true;
@@ -67,13 +76,31 @@ export class EnginesView {
     this.wake && this.wake();
   }
 
+  // The engines shown: the host's own list when it gives one.
+  get engines() {
+    return this.listed || (this.hostLists === false ? this.known : new Map());
+  }
+
   learn(path) {
     const first = path.split("/")[0];
-    if (first && !this.engineOf(path)) {
-      this.engines.set(first, { enabled: null, answer: "" });
+    if (first && !this.listed && !this.engineOf(path)) {
+      this.known.set(first, { enabled: null });
       this.store();
       this.render();
     }
+  }
+
+  // Reads the host's list; any answer but a list of engines falls back to what the page knows.
+  async readList(options = {}) {
+    const reply = await this.api.get("engines", options);
+    this.listedAt = Date.now();
+    const valid = reply.ok && Array.isArray(reply.data) ? reply.data.filter((engine) => engine !== null &&
+      typeof engine === "object" && typeof engine.path === "string" && engine.path !== "" &&
+      typeof engine.enabled === "boolean") : null;
+    this.listed = valid && new Map(valid.map((engine) => [engine.path, { enabled: engine.enabled }]));
+    this.hostLists = this.listed !== null;
+    this.addForm.hidden = this.hostLists;
+    this.render();
   }
 
   // The engine that the host routes a path to: segments compare over the shorter of the two.
@@ -88,11 +115,12 @@ export class EnginesView {
     return null;
   }
 
-  // Whether each engine answers at its root, once a connection: the host lists none of them.
+  // Whether each engine the page knows of answers at its root, once a connection: the host does not
+  // list them.
   async probe() {
-    for (const [path, state] of this.engines) {
+    for (const path of this.known.keys()) {
       const reply = await this.api.get(path);
-      state.answer = reply.ok ? "answers" : reply.error;
+      this.answers.set(path, reply.ok ? "answers" : reply.error);
     }
     this.unprobed = false;
     this.render();
@@ -101,10 +129,14 @@ export class EnginesView {
   // A server that comes back may be another host: what was known of its engines is asked again.
   reconnected() {
     this.unprobed = true;
+    this.listedAt = 0;
   }
 
   async poll(visible) {
-    if (this.unprobed) {
+    if (Date.now() - this.listedAt >= listEveryMs) {
+      await this.readList();
+    }
+    if (this.hostLists === false && this.unprobed) {
       await this.probe();
     }
     if (!this.path || !(this.pending || (visible && this.auto.checked))) {
@@ -118,8 +150,8 @@ export class EnginesView {
     }
     const engine = this.engineOf(path);
     const state = engine ? this.engines.get(engine) : null;
-    if (state) {
-      state.answer = reply.ok ? "answers" : reply.error;
+    if (engine) {
+      this.answers.set(engine, reply.ok ? "answers" : reply.error);
     }
     const off = state && state.enabled === false;
     this.treeElement.classList.toggle("off", Boolean(off));
@@ -154,21 +186,36 @@ export class EnginesView {
       say(`Engine ${path} not switched: the host did not answer`, "error");
       return;
     }
-    if (reply.ok) {
-      this.engines.get(path).enabled = on;
+    let now = on;
+    if (this.hostLists) {
+      // What the host reports after the switch, not the click, is what the switch shows.
+      try {
+        await this.readList({ urgent: true });
+      } catch (_) {
+        // The host went: the next turn says so.
+      }
+      now = this.listed ? this.listed.get(path)?.enabled : undefined;
+    } else if (reply.ok && this.known.has(path)) {
+      this.known.get(path).enabled = on;
       this.store();
+    }
+    if (!reply.ok) {
+      say(`Engine ${path} not switched: ${reply.error}`, "error");
+    } else if (now === on) {
       say(`Engine ${path} switched ${on ? "on" : "off"}${path === "debug" && !on ? " (this resumes the simulation)" : ""}`,
         "done");
-      this.pending = true;
-      this.wake && this.wake();
     } else {
-      say(`Engine ${path} not switched: ${reply.error}`, "error");
+      say(`Engine ${path} not switched: the host reports it ${now === undefined ? "gone" : now ? "on" : "off"}`,
+        "error");
     }
+    this.pending = true;
+    this.wake && this.wake();
+    this.drawn = null; // the switch shows the host's state even where a refused click left it changed
     this.render();
   }
 
   forget(path) {
-    this.engines.delete(path);
+    this.known.delete(path);
     this.store();
     this.render();
   }
@@ -190,7 +237,7 @@ export class EnginesView {
 
   render() {
     // Redrawn only when something changed: a switch replaced under the pointer would lose its click.
-    const signature = JSON.stringify([...this.engines]);
+    const signature = JSON.stringify([this.hostLists, [...this.engines], [...this.answers]]);
     if (signature === this.drawn) {
       return;
     }
@@ -206,7 +253,7 @@ export class EnginesView {
       name.addEventListener("click", () => this.browse(path));
       const answer = document.createElement("span");
       answer.className = "answer";
-      answer.textContent = state.answer;
+      answer.textContent = this.answers.get(path) || "";
       const label = document.createElement("label");
       label.className = "switch";
       const box = document.createElement("input");
@@ -220,7 +267,7 @@ export class EnginesView {
       text.textContent = state.enabled === null ? "on/off not known" : state.enabled ? "on" : "off";
       label.append(box, text);
       li.append(name, answer, label);
-      if (!builtIn.includes(path)) {
+      if (!this.listed && !builtIn.includes(path)) {
         const remove = document.createElement("button");
         remove.textContent = "×";
         remove.title = `Forget ${path} (the host keeps it)`;
@@ -233,9 +280,9 @@ export class EnginesView {
   }
 
   store() {
-    const paths = [...this.engines.keys()].filter((path) => !builtIn.includes(path));
+    const paths = [...this.known.keys()].filter((path) => !builtIn.includes(path));
     const enabled = {};
-    for (const [path, state] of this.engines) {
+    for (const [path, state] of this.known) {
       if (state.enabled !== null) {
         enabled[path] = state.enabled;
       }
