@@ -82,7 +82,7 @@ test('finding the host, and paths pasted whole', () => {
 
 test('replies and refusals', () => expectAll([
   [0, /^\[\]$/m, ...client('--json', 'events')],
-  [0, /^\[\{"energy"/, ...client('--json', 'get', 'world/agents?first=1&count=2')],
+  [0, /^\[\{"age":\d+,"energy"/, ...client('--json', 'get', 'world/agents?first=1&count=2')],
   [1, /error while retrieving resource '\/world\/agents\?first=x'\. \(400\)/, ...client('get', 'world/agents?first=x')],
   [1, /no engine 'nothing'/, ...client('enable', 'nothing')],
   [0, /^enabled events$/m, ...client('enable', 'events')],
