@@ -24,19 +24,17 @@ Simulation::Simulation(World& world, WorldEngine& engine, std::vector<Agent*> ag
       tickMilliseconds(tickMilliseconds),
       firstTick(firstTick),
       lifespan(lifespan),
-      registrar("world-entities", true),
       live_(tov::utils::Uri::create(BehaviourLocations::live)),
       seek_(tov::utils::Uri::create(BehaviourLocations::seek)),
       move_(tov::utils::Uri::create(BehaviourLocations::move)),
       eat_(tov::utils::Uri::create(BehaviourLocations::eat))
 {
-    engine.getFacade()->invalidateContexts(registrar);
     std::vector<unsigned int> ids;
     for (const Agent* agent : this->agents) {
         ids.push_back(agent->getIndex());
     }
     if (!ids.empty()) {
-        engine.getFacade()->onEntitiesRegistration(registrar, ids.data(), static_cast<unsigned int>(ids.size()));
+        engine.onEntitiesRegistration(ids.data(), static_cast<unsigned int>(ids.size()));
         registered = true;
     }
 }
@@ -78,7 +76,7 @@ void Simulation::stop()
         for (const Agent* agent : agents) {
             ids.push_back(agent->getIndex());
         }
-        engine.getFacade()->onEntitiesUnregistration(registrar, ids.data(), static_cast<unsigned int>(ids.size()));
+        engine.onEntitiesUnregistration(ids.data(), static_cast<unsigned int>(ids.size()));
         registered = false;
     }
 }
@@ -144,9 +142,9 @@ void Simulation::live(Agent& agent)
 void Simulation::replaceWithNewborn(Agent& agent)
 {
     const unsigned int id = agent.getIndex();
-    engine.getFacade()->onEntitiesUnregistration(registrar, &id, 1);
+    engine.onEntitiesUnregistration(&id, 1);
     agent.beReborn();
-    engine.getFacade()->onEntitiesRegistration(registrar, &id, 1);
+    engine.onEntitiesRegistration(&id, 1);
 }
 
 void Simulation::refresh(const Agent& agent, const std::vector<AgentFrame*>& stack)

@@ -73,11 +73,6 @@ private:
     unsigned int tickMilliseconds;
     long long firstTick;
     unsigned int lifespan;
-    // Registers and unregisters the agents. Registering holds the debugger's lock for its whole length,
-    // so a stop armed for the bottom frame it pushes (or the one it pops) would keep the inspector from
-    // answering the resume: this engine's frames are declared invalid, and those never stop anything.
-    // It is never registered with the inspector, so it serves nothing.
-    tov::utils::debugger::AbstractEngine registrar;
     std::atomic<bool> stopping{false};
     bool registered = false;
     tov::utils::Uri live_;
