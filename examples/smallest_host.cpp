@@ -23,8 +23,9 @@ struct Hello : AbstractEngine {
 
 int main(int argc, char** argv)
 {
-    OstreamLogger log(&std::cerr, nullptr, nullptr, nullptr);
+    OstreamLogger log(&std::cerr, &std::cerr, nullptr, nullptr);   // errors and warnings, no trace lines
     if (!initialize(&log)) return 1;
+    Facilities::instance().setLogger(log);                // the library's own messages go to the host's logger
     InspectionFramework& inspector = Facilities::instance().getInspectionFramework();
     Hello hello;                                          // alive while registered
     inspector.registerEngine(hello);
@@ -34,13 +35,16 @@ int main(int argc, char** argv)
     http.port = argc > 1 ? std::atoi(argv[1]) : 8000;     // 0: any free port
     if (inspector.startHttp(http)) std::printf("open http://127.0.0.1:%u/ui/\n", inspector.getHttpPort());
     Frames frames;
+    const Uri greet = Uri::create("tov:hello.behavior#greet");
     for (int round = 0; round < 3; ++round) {             // a real host runs until told to stop
         hello.facade->pushContext(hello, entity, frames); // a stopped entity waits here ...
+        LocationBreakpointVisitor::fire(*hello.facade, entity, greet);   // ... and at a breakpoint that hits
         TOV_DELETE(hello.facade->popContext(hello, entity));   // ... and here
     }
     std::printf("entity 0 is back at its bottom frame: %u\n", inspector.getDebugger().countContexts(entity));
     if (inspector.isHttpStarted()) inspector.shutdownHttp();
     hello.onEntitiesUnregistration(&entity, 1);
     inspector.unregisterEngine("hello");
+    Facilities::instance().clearLogger();
     terminate(&log);
 }

@@ -8,11 +8,6 @@ scripts/setup.sh
 cmake -S . -B build -DTOV_BUILD_BENCH=OFF
 cmake --build build -j "$(nproc)" --target tov-demo tov-inspect
 
-cat <<'TEXT'
-tov-demo starts below. While it runs, from another terminal:
-  curl http://127.0.0.1:8000/api/world/agents/3          the state of agent 3
-  curl http://127.0.0.1:8000/api/debug/entities/3/contexts   its stack of frames
-  build/apps/inspect/tov-inspect entities                  the inspector's client (--help for more)
-Ctrl-C stops the demo; it saves its world to tov-demo-world.json and tov-demo-world.txt.
-TEXT
+# The demo prints the URL it really listens on (--port 0 takes a free one), with requests to try.
+echo "tov-demo starts below; the inspector's client is build/apps/inspect/tov-inspect (--help for more)."
 exec build/apps/demo/tov-demo "$@"

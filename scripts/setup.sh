@@ -13,6 +13,7 @@ packages=(
   libcivetweb-dev wrk
   clang libclang-rt-14-dev
   nlohmann-json3-dev rapidjson-dev
+  libcurl4-openssl-dev libcli11-dev help2man bash-completion
   nodejs chromium
 )
 

@@ -5,6 +5,5 @@ tov_add_test_suite(tov_demo_tests
   apps/demo/DemoTest.cpp
   ${TOV_DEMO_DIR}/Agent.cpp
   ${TOV_DEMO_DIR}/JsonText.cpp
-  ${TOV_DEMO_DIR}/Options.cpp
   ${TOV_DEMO_DIR}/World.cpp)
 target_include_directories(tov_demo_tests PRIVATE ${TOV_DEMO_DIR})

@@ -91,25 +91,31 @@ void Agent::writeState(tov::utils::DynamicObject& out, unsigned int property) co
     }
 }
 
-void Agent::readState(const tov::utils::DynamicObject& in, unsigned int property)
+bool Agent::readState(const tov::utils::DynamicObject& in, unsigned int property, std::string& reason)
 {
     const tov::utils::TypeManager& types = tov::utils::Facilities::instance().getTypeManager();
     const unsigned int count = types.countProperties(getClassTypeId());
+    // Input from a file: the reader refuses a wrong kind where the object's getters would assert.
+    const tov::utils::DynamicObjectReader reader(in);
     for (unsigned int i = 0; i < count; ++i) {
         const tov::utils::Property& p = types.getProperty(getClassTypeId(), i);
         const unsigned int child = in.getChild(property, p.getKey());
-        // Input from a file: only numbers are read, so that a wrong kind cannot reach a reader's assertion.
-        const tov::utils::type::Type kind = in.getType(child);
-        if (kind != tov::utils::type::integer && kind != tov::utils::type::real) {
+        double value = 0;
+        if (child == 0) {
             continue;
         }
+        if (!reader.readReal(child, value, nullptr)) {
+            reason = std::string("'") + p.getKey() + "' is not a number";
+            return false;
+        }
         if (p.isReal()) {
-            p.set(*this, in.getReal(child));
+            p.set(*this, value);
         } else if (p.isInt()) {
-            p.set(*this, static_cast<int>(in.getInt(child)));
+            p.set(*this, static_cast<int>(value));
         }
     }
     hasTarget = goalX != x || goalY != y;
+    return true;
 }
 
 } // namespace demo

@@ -7,6 +7,8 @@
 
 #include <tov/utils/All.h>
 
+#include <string>
+
 namespace demo {
 
 class Agent : public tov::utils::StaticObject {
@@ -43,8 +45,9 @@ public:
 
     // The agent's state as a property tree, through the type manager's properties: {"x":..,"y":..,...}.
     void writeState(tov::utils::DynamicObject& out, unsigned int property) const;
-    // Reads back what writeState wrote; a missing or mistyped property keeps its current value.
-    void readState(const tov::utils::DynamicObject& in, unsigned int property);
+    // Reads back what writeState wrote; a missing property keeps its current value. False, with the
+    // property named in `reason`, when one is not a number.
+    bool readState(const tov::utils::DynamicObject& in, unsigned int property, std::string& reason);
 
 private:
     unsigned int index;

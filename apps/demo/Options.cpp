@@ -1,95 +1,57 @@
 #include "Options.h"
 
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
+#include <CLI/CLI.hpp>
 
 namespace demo {
 
-namespace {
-
-bool readNumber(const char* text, unsigned long maximum, unsigned int& out)
+int parseOptions(int argc, const char* const* argv, Options& options, std::ostream& out, std::ostream& err)
 {
-    if (text == nullptr || *text == '\0' || *text == '-') {
-        return false;
+    CLI::App app("A small simulation host: foragers seek, move and eat on a few worker threads while the "
+                 "inspector serves the world and the debugger over HTTP.",
+                 "tov-demo");
+    app.set_version_flag("--version", "tov-demo " TOV_VERSION_TEXT);
+    app.option_defaults()->always_capture_default();
+    app.footer("A world saved on exit (PREFIX.json, PREFIX.txt) can start the next run with --load; the world "
+               "loaded decides the agents and the tick, and its seed unless --seed is given.\n");
+    app.add_option("--port", options.port, "the inspector's port; 0 takes a free one")->check(CLI::Range(0u, 65535u));
+    app.add_option("--bind", options.bind, "the address to listen on (an IPv4 address)");
+    app.add_option("--seconds", options.seconds, "stop after this many seconds; 0 runs until Ctrl-C")
+        ->check(CLI::Range(0u, 86400u * 365u));
+    CLI::Option* agents = app.add_option("--agents", options.agents, "the number of foragers")
+                              ->check(CLI::Range(1u, 10000u));
+    app.add_option("--workers", options.workers, "the worker threads that run them")->check(CLI::Range(1u, 64u));
+    CLI::Option* seed = app.add_option("--seed", options.seed, "the seed of the random streams")
+                            ->check(CLI::Range(0u, 0xFFFFFFFFu));
+    CLI::Option* tick = app.add_option("--tick-ms", options.tickMilliseconds, "milliseconds between rounds")
+                            ->check(CLI::Range(0u, 60000u));
+    app.add_option("--load", options.load, "start from a world saved as JSON or as saved text")
+        ->check(CLI::ExistingFile);
+    CLI::Option* save = app.add_option("--save", options.save,
+                                       "the prefix of the files written on exit; \"\" writes none "
+                                       "(with --tour, nothing is written unless --save is given)");
+    app.add_flag("--tour", options.tour, "drive the inspector with tov-inspect through a scripted session and "
+                                         "exit 0 when every step behaved");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp&) {
+        out << app.help();
+        return 0;
+    } catch (const CLI::CallForVersion& version) {
+        out << version.what() << '\n';
+        return 0;
+    } catch (const CLI::ParseError& error) {
+        err << "tov-demo: " << error.what() << "\n(tov-demo --help shows every option with its default)\n";
+        return 2;
     }
-    char* end = nullptr;
-    errno = 0;
-    const unsigned long value = std::strtoul(text, &end, 0);
-    if (errno != 0 || *end != '\0' || value > maximum) {
-        return false;
+    options.agentsGiven = agents->count() != 0;
+    options.seedGiven = seed->count() != 0;
+    options.tickGiven = tick->count() != 0;
+    options.saveGiven = save->count() != 0;
+    // A tour is a test run: it must not overwrite the world a user saved from a run of their own.
+    if (options.tour && !options.saveGiven) {
+        options.save.clear();
     }
-    out = static_cast<unsigned int>(value);
-    return true;
-}
-
-} // namespace
-
-const char* usage()
-{
-    return "usage: tov-demo [--port N] [--bind ADDRESS] [--seconds N] [--agents N] [--workers N]\n"
-           "                [--seed N] [--tick-ms N] [--load FILE] [--save PREFIX] [--tour]\n"
-           "  --port 0 takes any free port; --seconds 0 (the default) runs until Ctrl-C;\n"
-           "  --load starts from a world saved as JSON or as saved text; --save names the files written\n"
-           "  on exit (PREFIX.json, PREFIX.txt; \"\" writes none); --tour drives the inspector through a\n"
-           "  scripted session and exits 0 when every step behaved.\n";
-}
-
-bool parseOptions(int argc, const char* const* argv, Options& options, std::string& error)
-{
-    for (int i = 1; i < argc; ++i) {
-        const std::string name = argv[i];
-        const char* value = i + 1 < argc ? argv[i + 1] : nullptr;
-        bool valid = true;
-        if (name == "--tour") {
-            options.tour = true;
-            continue;
-        }
-        if (name == "--help" || name == "-h") {
-            options.help = true;
-            continue;
-        }
-        static const char* const withValue[] = {"--port", "--bind", "--seconds", "--agents", "--workers",
-                                                "--seed", "--tick-ms", "--load", "--save"};
-        bool known = false;
-        for (const char* option : withValue) {
-            known = known || name == option;
-        }
-        if (!known) {
-            error = "unknown option " + name;
-            return false;
-        }
-        if (value == nullptr) {
-            error = "missing value after " + name;
-            return false;
-        }
-        if (name == "--port") {
-            valid = readNumber(value, 65535, options.port);
-        } else if (name == "--bind") {
-            options.bind = value;
-        } else if (name == "--seconds") {
-            valid = readNumber(value, 86400u * 365u, options.seconds);
-        } else if (name == "--agents") {
-            valid = readNumber(value, 10000, options.agents) && options.agents > 0;
-        } else if (name == "--workers") {
-            valid = readNumber(value, 64, options.workers) && options.workers > 0;
-        } else if (name == "--seed") {
-            valid = readNumber(value, 0xFFFFFFFFul, options.seed);
-            options.seedGiven = true;
-        } else if (name == "--tick-ms") {
-            valid = readNumber(value, 60000, options.tickMilliseconds);
-        } else if (name == "--load") {
-            options.load = value;
-        } else {
-            options.save = value;
-        }
-        if (!valid) {
-            error = "bad value for " + name + ": " + value;
-            return false;
-        }
-        ++i;
-    }
-    return true;
+    return -1;
 }
 
 } // namespace demo

@@ -13,26 +13,6 @@ namespace {
 
 namespace debugger = tov::utils::debugger;
 
-// Counts a pass for every breakpoint that may hit here, and remembers whether one did.
-class LocationVisitor : public debugger::BreakpointRequestVisitor {
-public:
-    using BreakpointRequestVisitor::BreakpointRequestVisitor;
-    using BreakpointRequestVisitor::visit;
-
-    void visit(debugger::BreakpointRequest& request) override
-    {
-        if (request.canHit(getEntity(), *getLocation())) {
-            if (request.isHit(getEntity(), *getLocation())) {
-                request.notify(getEntity(), *getLocation());
-                hit = true;
-            }
-            request.update();
-        }
-    }
-
-    bool hit = false;
-};
-
 } // namespace
 
 Simulation::Simulation(World& world, WorldEngine& engine, std::vector<Agent*> agents, unsigned int workerCount,
@@ -179,11 +159,7 @@ void Simulation::pop(Agent& agent, std::vector<AgentFrame*>& stack)
 
 void Simulation::pass(Agent& agent, const tov::utils::Uri& location)
 {
-    LocationVisitor visitor(agent.getIndex(), &location);
-    engine.getFacade()->accept(visitor);
-    if (visitor.hit) {
-        tov::utils::Facilities::instance().getInspectionFramework().getDebugger().getExecutionController().suspend();
-    }
+    debugger::LocationBreakpointVisitor::fire(*engine.getFacade(), agent.getIndex(), location);
 }
 
 } // namespace demo

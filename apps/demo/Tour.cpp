@@ -23,8 +23,7 @@ namespace type = tov::utils::type;
 // what the client printed; the checks read the same commands' JSON quietly. Failed checks are counted.
 class Session {
 public:
-    Session(const std::string& address, unsigned int port, std::ostream& out)
-        : target{"--host", address, "--port", std::to_string(port)}, out(out)
+    Session(const std::string& url, std::ostream& out) : target{"--url", url}, out(out)
     {
     }
 
@@ -158,9 +157,9 @@ std::string requestNumber(const std::string& printed)
 
 } // namespace
 
-bool runTour(const std::string& address, unsigned int port, unsigned int agents, std::ostream& out)
+bool runTour(const std::string& url, unsigned int agents, std::ostream& out)
 {
-    Session session(address, port, out);
+    Session session(url, out);
     const std::string seek = BehaviourLocations::seek;
     const std::string live = BehaviourLocations::live;
 

@@ -2,6 +2,7 @@
 
 #include "JsonText.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cstdlib>
 #include <cstring>
@@ -33,6 +34,13 @@ void writeAgent(tov::utils::DynamicObject& out, const Agent& agent)
     out.setString(out.addChild(entry, "name"), ("forager-" + std::to_string(agent.getIndex())).c_str());
     agent.writeState(out, entry);
     out.setString(out.addChild(entry, "random"), randomText(const_cast<Agent&>(agent).getRandom()).c_str());
+}
+
+// "an integer", "a string": the kind of a value as a refusal names it.
+std::string describeKind(tov::utils::type::Type kind)
+{
+    const std::string name = tov::utils::toString(kind);
+    return (name.find_first_of("aeiou") == 0 ? "an " : "a ") + name;
 }
 
 bool isAllDigits(const std::string& text)
@@ -108,7 +116,8 @@ std::string World::toPropertyPath(const tov::utils::DynamicObject& object, const
     return key.empty() ? std::string(1, '\0') : key;
 }
 
-bool World::serve(const char* path, unsigned int length, tov::utils::AbstractObjectBuilder& builder) const
+bool World::serve(const char* path, unsigned int length, tov::utils::AbstractObjectBuilder& builder,
+                  unsigned int first, unsigned int count) const
 {
     std::lock_guard<std::mutex> guard(mutex);
     const std::string key = toPropertyPath(state, path, length);
@@ -121,7 +130,14 @@ bool World::serve(const char* path, unsigned int length, tov::utils::AbstractObj
     tov::utils::DynamicObject part;
     const unsigned int property = state.getProperty(key.c_str());
     const tov::utils::type::Type kind = state.getType(property);
-    if (kind == tov::utils::type::object || kind == tov::utils::type::array) {
+    const unsigned int size = kind == tov::utils::type::array ? state.countChildren(property) : 0;
+    if (kind == tov::utils::type::array && (first != 0 || count < size)) {
+        const unsigned int end = first >= size ? first : first + std::min(count, size - first);
+        part.resize(part.getRoot(), end - first);
+        for (unsigned int i = first; i < end; ++i) {
+            part.put(part.getChild(part.getRoot(), i - first), state, state.getChild(property, i));
+        }
+    } else if (kind == tov::utils::type::object || kind == tov::utils::type::array) {
         state.retrieve(property, part);
     } else {
         // A reply is an object or an array: a single value goes out under its own name, {"tick":42}.
@@ -155,11 +171,12 @@ bool World::save(const std::string& prefix, tov::utils::AbstractLogger* logger) 
     return written;
 }
 
-bool World::load(const char* fileName, tov::utils::DynamicObject& out, tov::utils::AbstractLogger* logger)
+bool World::load(const char* fileName, tov::utils::DynamicObject& out, std::string& reason)
 {
     unsigned int size = 0;
-    char* content = tov::utils::loadFile(fileName, size, logger);
+    char* content = tov::utils::loadFile(fileName, size, nullptr);
     if (content == nullptr) {
+        reason = "it cannot be read";
         return false;
     }
     unsigned int first = 0;
@@ -169,58 +186,78 @@ bool World::load(const char* fileName, tov::utils::DynamicObject& out, tov::util
     bool read = false;
     out.clear();
     if (first < size && content[first] == '{') {
-        read = readJson(std::string(content, size), out, logger);
+        read = readJson(std::string(content, size), out, nullptr);
+        reason = "it holds no JSON object that can be read";
     } else {
-        read = tov::utils::deserializeDynamicObject(content, size, out, logger) && !out.empty();
+        read = tov::utils::deserializeDynamicObject(content, size, out, nullptr) && !out.empty();
+        reason = first == size ? "it is empty" : "it is neither JSON nor a saved text of this version";
     }
     TOV_DELETE_ARRAY(content);
     return read;
 }
 
-// Every kind is checked before reading: the file comes from outside, and readers assert on a wrong kind.
-void World::readSeed(const tov::utils::DynamicObject& world, unsigned int& seed)
+// Every value is read through a DynamicObjectReader: the file comes from outside, and the object's own
+// getters assert on a value of the wrong kind.
+bool World::read(const tov::utils::DynamicObject& world, unsigned int& seed, long long& tick,
+                 std::vector<Agent*>& agents, std::string& reason)
 {
-    const unsigned int seedProperty = world.getProperty("seed");
-    if (world.getType(seedProperty) == tov::utils::type::integer) {
-        seed = static_cast<unsigned int>(world.getInt(seedProperty));
+    const tov::utils::DynamicObjectReader reader(world);
+    long long number = 0;
+    reason.clear();
+    if (reader.has("seed")) {
+        if (!reader.readInt("seed", number, nullptr) || number < 0 || number > 0xFFFFFFFFll) {
+            reason = "'seed' is not a number from 0 to 4294967295";
+            return false;
+        }
+        seed = static_cast<unsigned int>(number);
     }
-}
-
-void World::readTick(const tov::utils::DynamicObject& world, long long& tick)
-{
-    const unsigned int tickProperty = world.getProperty("tick");
-    if (world.getType(tickProperty) == tov::utils::type::integer && world.getInt(tickProperty) >= 0) {
-        tick = world.getInt(tickProperty);
+    tick = 0;
+    if (reader.has("tick") && (!reader.readInt("tick", tick, nullptr) || tick < 0)) {
+        reason = "'tick' is not a count of rounds";
+        return false;
     }
-}
-
-std::vector<Agent*> World::createAgents(const tov::utils::DynamicObject& world, tov::utils::AbstractLogger* logger)
-{
-    std::vector<Agent*> agents;
     const unsigned int list = world.getProperty(agentsKey);
-    if (world.getType(list) != tov::utils::type::array) {
-        return agents;
+    const tov::utils::type::Type kind = world.getType(list);
+    if (kind != tov::utils::type::array || world.countChildren(list) == 0) {
+        // The JSON reader gives an empty array no kind: it comes back null, like one that is absent.
+        reason = kind == tov::utils::type::null || kind == tov::utils::type::array
+                     ? "it has no agents"
+                     : "'agents' is " + describeKind(kind) + ", not an array";
+        return false;
     }
     const tov::utils::RandomManager& manager = tov::utils::Facilities::instance().getRandomNumberGenerator();
     const unsigned int count = world.countChildren(list);
-    for (unsigned int i = 0; i < count; ++i) {
+    const std::size_t before = agents.size();
+    for (unsigned int i = 0; i < count && reason.empty(); ++i) {
         const unsigned int entry = world.getChild(list, i);
         // Ids are the entities of the debugger, which expects them dense from 0: the index is the id.
         Agent* agent = TOV_NEW Agent(i, manager.createRandomStream(i));
-        if (world.getType(entry) == tov::utils::type::object) {
-            agent->readState(world, entry);
-            const unsigned int random = world.getChild(entry, "random");
-            if (world.getType(random) == tov::utils::type::string) {
-                const char* text = world.getString(random);
-                if (text != nullptr) {
-                    tov::utils::deserializeRandom(text, static_cast<unsigned int>(std::strlen(text)),
-                                                  agent->getRandom(), logger);
-                }
-            }
-        }
         agents.push_back(agent);
+        const char* text = nullptr;
+        std::string problem;
+        // An agent saved without members reads back null: it keeps its defaults.
+        if (world.getType(entry) == tov::utils::type::null) {
+        } else if (world.getType(entry) != tov::utils::type::object) {
+            problem = "it is " + describeKind(world.getType(entry)) + ", not an object";
+        } else if (!agent->readState(world, entry, problem)) {
+        } else if (world.getChild(entry, "random") != 0 &&
+                   (!reader.readString(world.getChild(entry, "random"), text, nullptr) ||
+                    !tov::utils::deserializeRandom(text, static_cast<unsigned int>(std::strlen(text)),
+                                                   agent->getRandom(), nullptr))) {
+            problem = "'random' is not a saved random stream";
+        }
+        if (!problem.empty()) {
+            reason = "agent " + std::to_string(i) + ": " + problem;
+        }
     }
-    return agents;
+    if (!reason.empty()) {
+        for (std::size_t i = before; i < agents.size(); ++i) {
+            TOV_DELETE(agents[i]);
+        }
+        agents.resize(before);
+        return false;
+    }
+    return true;
 }
 
 } // namespace demo

@@ -21,21 +21,24 @@ public:
     void setTick(long long tick);
 
     // The subtree under a resource path such as "/agents/3" or "/seed" ("" is everything), walked into
-    // `builder`; false when no property lies there.
-    bool serve(const char* path, unsigned int length, tov::utils::AbstractObjectBuilder& builder) const;
+    // `builder`; false when no property lies there. Of an array, only the elements from `first` on, at
+    // most `count` of them.
+    bool serve(const char* path, unsigned int length, tov::utils::AbstractObjectBuilder& builder,
+               unsigned int first = 0, unsigned int count = 0xFFFFFFFFu) const;
 
     // Writes <prefix>.json and <prefix>.txt (the saved text form); false, with the reason in the logger,
     // when either file cannot be written.
     bool save(const std::string& prefix, tov::utils::AbstractLogger* logger) const;
 
     // Reads a file written by save, in either form (told apart by its first character), into `out`.
-    static bool load(const char* fileName, tov::utils::DynamicObject& out, tov::utils::AbstractLogger* logger);
-    // The seed a loaded world was run with and the tick it reached; each stays as it is when absent.
-    static void readSeed(const tov::utils::DynamicObject& world, unsigned int& seed);
-    static void readTick(const tov::utils::DynamicObject& world, long long& tick);
-    // The agents described by a loaded world, with their random streams where they were saved (the
-    // manager's streams otherwise, so seed it first). Empty when the world has no agents.
-    static std::vector<Agent*> createAgents(const tov::utils::DynamicObject& world, tov::utils::AbstractLogger* logger);
+    // False with the reason ("it is neither JSON nor saved text", ...).
+    static bool load(const char* fileName, tov::utils::DynamicObject& out, std::string& reason);
+    // The seed a loaded world was run with (kept as it is when absent) and the tick it reached (0 when
+    // absent), and its agents, with their random streams where they were saved (the manager's streams
+    // otherwise, so seed it first), appended to `agents`. False, with none appended and the reason ("'agents' is a string, not an
+    // array"), for a world that does not describe a run.
+    static bool read(const tov::utils::DynamicObject& world, unsigned int& seed, long long& tick,
+                     std::vector<Agent*>& agents, std::string& reason);
 
     // The resource path "/agents/3/x" as the property path "agents[3].x", by the kinds met on the way;
     // empty when a segment is missing.

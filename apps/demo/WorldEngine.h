@@ -1,6 +1,7 @@
 #pragma once
 // WorldEngine: the engine at "world". It serves the world's state as a resource tree
-// (GET /api/world, /api/world/agents/3, /api/world/agents/3/energy) and is the engine whose agents the
+// (GET /api/world, /api/world/agents/3, /api/world/agents/3/energy, /api/world/agents?first=2&count=3)
+// and is the engine whose agents the
 // debugger lists: the simulation pushes and pops their frames through the facade it keeps.
 //   WorldEngine engine(world);  inspector.registerEngine(engine);  engine.getFacade()->pushContext(...)
 

@@ -42,17 +42,12 @@ public:
 
 // The configured server: the address and the port are checked by the library (--port 0 takes a free
 // one, which getHttpPort then tells), and web pages of other sites cannot drive the demo.
-bool startInspector(tov::utils::debugger::InspectionFramework& inspector, const demo::Options& options,
-                    unsigned int& port)
+bool startInspector(tov::utils::debugger::InspectionFramework& inspector, const demo::Options& options)
 {
     tov::utils::debugger::HttpSettings settings;
     settings.address = options.bind.c_str();
     settings.port = options.port;
-    if (!inspector.startHttp(settings)) {
-        return false;
-    }
-    port = inspector.getHttpPort();
-    return true;
+    return inspector.startHttp(settings);
 }
 
 // Where a browser or curl on this machine reaches an inspector that listens on `bind`.
@@ -61,30 +56,41 @@ std::string localAddress(const std::string& bind)
     return bind == "0.0.0.0" || bind == "localhost" ? "127.0.0.1" : bind;
 }
 
-std::vector<demo::Agent*> createWorld(const demo::Options& options, unsigned int& seed, long long& tick,
-                                      tov::utils::AbstractLogger& logger)
+std::string plural(unsigned long long count, const char* noun)
+{
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+// The agents of a fresh world, or of the world loaded; false once the refusal and its reason are printed.
+bool createWorld(const demo::Options& options, unsigned int& seed, long long& tick, std::vector<demo::Agent*>& agents)
 {
     tov::utils::RandomManager& random = tov::utils::Facilities::instance().getRandomNumberGenerator();
     seed = options.seed;
-    std::vector<demo::Agent*> agents;
-    if (!options.load.empty()) {
-        tov::utils::DynamicObject loaded;
-        if (!demo::World::load(options.load.c_str(), loaded, &logger)) {
-            std::cerr << "tov-demo: cannot read a world from " << options.load << "\n";
-            return agents;
-        }
-        if (!options.seedGiven) {
-            demo::World::readSeed(loaded, seed);
-        }
-        demo::World::readTick(loaded, tick);
+    if (options.load.empty()) {
         random.seed(seed);
-        return demo::World::createAgents(loaded, &logger);
+        for (unsigned int i = 0; i < options.agents; ++i) {
+            agents.push_back(TOV_NEW demo::Agent(i, random.createRandomStream(i)));
+        }
+        return true;
     }
+    tov::utils::DynamicObject loaded;
+    std::string reason;
+    unsigned int savedSeed = seed;
+    if (!demo::World::load(options.load.c_str(), loaded, reason) ||
+        !demo::World::read(loaded, savedSeed, tick, agents, reason)) {
+        std::cerr << "tov-demo: cannot start from " << options.load << ": " << reason << "\n";
+        return false;
+    }
+    // The streams saved with the agents were read above; a seed given on the command line only seeds
+    // the streams of agents saved without one.
+    seed = options.seedGiven ? options.seed : savedSeed;
     random.seed(seed);
-    for (unsigned int i = 0; i < options.agents; ++i) {
-        agents.push_back(TOV_NEW demo::Agent(i, random.createRandomStream(i)));
+    std::cout << "tov-demo: loaded tick " << tick << " from " << options.load << " (" << plural(agents.size(), "agent")
+              << ", seed " << seed << ")\n";
+    if (options.agentsGiven && options.agents != agents.size()) {
+        std::cout << "tov-demo: --agents " << options.agents << " is overridden by the world loaded\n";
     }
-    return agents;
+    return true;
 }
 
 int run(const demo::Options& options, tov::utils::AbstractLogger& logger)
@@ -95,8 +101,8 @@ int run(const demo::Options& options, tov::utils::AbstractLogger& logger)
     }
     unsigned int seed = 0;
     long long tick = 0;
-    std::vector<demo::Agent*> agents = createWorld(options, seed, tick, logger);
-    if (agents.empty()) {
+    std::vector<demo::Agent*> agents;
+    if (!createWorld(options, seed, tick, agents)) {
         return 1;
     }
 
@@ -117,32 +123,37 @@ int run(const demo::Options& options, tov::utils::AbstractLogger& logger)
     inspector.subscribe<tov::utils::debugger::TargetSuspendRequest>(suspensions);
 
     int status = 0;
-    unsigned int port = 0;
     {
         demo::Simulation simulation(world, engine, agents, options.workers, options.tickMilliseconds, tick);
-        if (!startInspector(inspector, options, port)) {
-            std::cerr << "tov-demo: the inspector cannot listen on " << options.bind << ":" << options.port << "\n";
+        if (!startInspector(inspector, options)) {
+            std::cerr << "tov-demo: the inspector cannot listen on " << options.bind << ":" << options.port
+                      << " (in use, or not an address of this machine; --port 0 takes a free port)\n";
             status = 1;
         } else {
-            const std::string root = "http://" + localAddress(options.bind) + ":" + std::to_string(port);
-            const std::string base = root + "/api";
-            std::cout << "open " << root << "/ui/\n"
-                      << "tov-demo: " << simulation.countAgents() << " agents on " << options.workers
-                      << " worker threads, seed " << seed << "\n"
-                      << "inspector listening on port " << port << "\n"
+            const unsigned int port = inspector.getHttpPort();
+            const std::string url = "http://" + localAddress(options.bind) + ":" + std::to_string(port);
+            const std::string base = url + "/api";
+            std::cout << "open " << url << "/ui/\n"
+                      << "tov-demo: " << plural(simulation.countAgents(), "agent") << " on "
+                      << plural(options.workers, "worker thread") << ", seed " << seed << "\n"
+                      << "inspector listening on " << url << "\n"
                       << "  the world:     curl " << base << "/world/agents/3\n"
                       << "  the entities:  curl " << base << "/debug/entities\n"
                       << "  a stack:       curl " << base << "/debug/entities/3/contexts\n"
                       << "  a breakpoint:  curl -d '{\"type\":\"breakpoint\",\"filters\":{\"location\":\""
                       << demo::BehaviourLocations::seek << "\"}}' " << base << "/events/subscriptions\n"
                       << "  resume:        curl -X POST " << base << "/debug/resume\n"
-                      << "Ctrl-C stops." << std::endl;
+                      << "  the client:    tov-inspect --url " << url << " status\n"
+                      << (options.save.empty() ? "Ctrl-C stops."
+                                               : "Ctrl-C stops; the world is then saved to " + options.save +
+                                                     ".json and " + options.save + ".txt.")
+                      << std::endl;
             simulation.start();
 
             std::future<bool> tour;
             if (options.tour) {
-                tour = std::async(std::launch::async, [&options, port, &simulation] {
-                    return demo::runTour(options.bind, port, simulation.countAgents(), std::cout);
+                tour = std::async(std::launch::async, [&url, &simulation] {
+                    return demo::runTour(url, simulation.countAgents(), std::cout);
                 });
             }
             const auto begin = std::chrono::steady_clock::now();
@@ -164,7 +175,8 @@ int run(const demo::Options& options, tov::utils::AbstractLogger& logger)
                     nextStatus += std::chrono::seconds(1);
                     const tov::utils::debugger::DebuggerFramework& debug = inspector.getDebugger();
                     const unsigned int stopped = debug.getSuspendedEntity();
-                    std::cout << "tick " << simulation.getTick() << "  agents " << simulation.countAgents() << "  "
+                    std::cout << "tick " << simulation.getTick() << "  "
+                              << plural(simulation.countAgents(), "agent") << "  "
                               << (debug.isSuspended()
                                       ? "suspended" + (stopped == tov::utils::debugger::invalidEntity
                                                            ? std::string()
@@ -206,14 +218,9 @@ int run(const demo::Options& options, tov::utils::AbstractLogger& logger)
 int main(int argc, char** argv)
 {
     demo::Options options;
-    std::string error;
-    if (!demo::parseOptions(argc, argv, options, error)) {
-        std::cerr << "tov-demo: " << error << "\n" << demo::usage();
-        return 2;
-    }
-    if (options.help) {
-        std::cout << demo::usage();
-        return 0;
+    const int parsed = demo::parseOptions(argc, argv, options, std::cout, std::cerr);
+    if (parsed >= 0) {
+        return parsed;
     }
     std::signal(SIGINT, onSignal);
     std::signal(SIGTERM, onSignal);

@@ -1,6 +1,6 @@
 #pragma once
 // The commands of tov-inspect, the command-line client of a host's inspector, kept apart from the
-// program's entry point so that they can be run in-process.
+// program's entry point so that they can be run in-process (the demo's tour does).
 //   std::ostringstream out, err;
 //   int status = tov::inspect::run({"--port", "8001", "entities"}, out, err);   // exitSuccess: a table in out
 
@@ -18,14 +18,14 @@ enum ExitStatus : int {
     exitUnreachable = 3,   // no connection, or it broke during an exchange
 };
 
-// `arguments` without the program's name. Results go to `out`, diagnostics to `err`, one line each.
-int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err);
+// `arguments` without the program's name. Results go to `out`, diagnostics to `err`. `environment`
+// reads a variable (TOV_INSPECT_URL, TOV_INSPECT_TOKEN); null reads none.
+int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
+        const char* (*environment)(const char*) = nullptr);
 
-// Ends the commands that poll (events --follow, wait-suspended) before their next poll. Only stores to a
-// lock-free atomic, so a signal handler may call it. Each run starts uninterrupted.
+// Ends the commands that poll (events --follow, wait-suspended, step) before their next poll. Only
+// stores to a lock-free atomic, so a signal handler may call it. Each run starts uninterrupted.
 void interrupt();
-
-const char* getUsage();
 
 } // namespace inspect
 } // namespace tov

@@ -4,106 +4,203 @@
 #include "apps/inspect/Session.h"
 #include "apps/inspect/Tables.h"
 
-#include <tov/utils/DynamicObject.h>
-#include <tov/utils/debugger/DebuggerFramework.h>
-
 #include <algorithm>
-#include <cstdlib>
 
 namespace tov {
 namespace inspect {
 
 namespace {
 
-using utils::DynamicObject;
 using Clock = std::chrono::steady_clock;
 
-constexpr auto statusPollPeriod = std::chrono::milliseconds(100);
-constexpr double defaultSuspensionTimeout = 30;   // seconds, as the usage says
+constexpr auto statusPollPeriod = std::chrono::milliseconds(50);
+// The host's "no entity" in the state of the debugger.
+constexpr long long noEntity = 4294967295LL;
 
-// "suspended, entity 3", "running", "running (last stopped: entity 3)"; false when the document is not
-// the state of the debugger.
-bool describeState(const DynamicObject& document, bool& suspended, std::string& description)
+struct State {
+    bool suspended = false;
+    long long entity = -1;   // the entity that stopped, -1 when the host does not know it
+};
+
+bool readState(Session& session, State& state)
 {
-    long long entity = 0;
-    if (!readBoolean(document, document.getRoot(), "suspended", suspended) ||
-        !readInteger(document, document.getRoot(), "entity", entity)) {
+    nlohmann::json document;
+    if (!session.callJson("GET", "debug/suspend", "", document)) {
         return false;
     }
+    long long entity = -1;
+    if (!document.is_object() || !document.contains("suspended") || !document["suspended"].is_boolean() ||
+        !readInteger(document, "entity", entity)) {
+        session.unexpected("GET", "debug/suspend");
+        return false;
+    }
+    state.suspended = document["suspended"].get<bool>();
     // The entity is told only when a suspension subscription saw the stop; it outlives the stop.
-    const bool known = entity >= 0 && entity != utils::debugger::invalidEntity;
-    const std::string named = known ? "entity " + std::to_string(entity) : "";
-    if (suspended) {
-        description = known ? "suspended, " + named : "suspended";
-    } else {
-        description = known ? "running (last stopped: " + named + ")" : "running";
+    state.entity = entity >= 0 && entity != noEntity ? entity : -1;
+    return true;
+}
+
+// The frames of an entity, bottom first; false (reported) when the host refuses.
+bool readFrames(Session& session, long long entity, nlohmann::json& frames)
+{
+    const std::string path = "debug/entities/" + std::to_string(entity) + "/contexts";
+    nlohmann::json document;
+    if (!session.callJson("GET", path, "", document, "", "no entity " + std::to_string(entity))) {
+        return false;
+    }
+    if (!readList(document, frames)) {
+        session.unexpected("GET", path);
+        return false;
     }
     return true;
 }
 
-} // namespace
-
-// Entities and their frames.
-
-int listEntities(Session& session, const Arguments&)
+std::string topLocation(const nlohmann::json& frames)
 {
-    HttpReply reply;
-    DynamicObject document;
-    std::vector<unsigned int> elements;
-    if (!session.callJson("GET", "debug/entities", "", reply, document)) {
-        return session.getStatus();
-    }
-    if (session.json) {
-        session.printRaw(reply.body);
-        return session.getStatus();
+    return frames.empty() ? std::string() : readText(frames.back(), "location");
+}
+
+// Every entity with its state and top location: [{"entity":0,"state":"suspended","location":"..."}].
+bool describeEntities(Session& session, const State& state, nlohmann::json& rows)
+{
+    nlohmann::json document;
+    nlohmann::json elements;
+    if (!session.callJson("GET", "debug/entities", "", document)) {
+        return false;
     }
     if (!readList(document, elements)) {
-        return session.unexpected("GET", "debug/entities");
+        session.unexpected("GET", "debug/entities");
+        return false;
     }
-    Table table({"ENTITY"});
-    for (const unsigned int element : elements) {
+    rows = nlohmann::json::array();
+    for (const nlohmann::json& element : elements) {
         long long entity = 0;
-        if (!readInteger(document, element, "index", entity)) {
-            return session.unexpected("GET", "debug/entities");
+        nlohmann::json frames;
+        if (!readInteger(element, "index", entity)) {
+            session.unexpected("GET", "debug/entities");
+            return false;
         }
-        table.addRow({std::to_string(entity)});
+        if (!readFrames(session, entity, frames)) {
+            return false;
+        }
+        // While suspended every entity waits at its next frame change; the one that stopped it is named.
+        const char* what = !state.suspended ? "running" : entity == state.entity ? "stopped" : "suspended";
+        rows.push_back({{"entity", entity}, {"state", what}, {"location", topLocation(frames)}});
+    }
+    return true;
+}
+
+void printEntities(Session& session, const nlohmann::json& rows)
+{
+    Table table({"ENTITY", "STATE", "LOCATION"});
+    for (const nlohmann::json& row : rows) {
+        table.addRow({std::to_string(row["entity"].get<long long>()), row["state"].get<std::string>(),
+                      row["location"].get<std::string>()});
     }
     if (table.empty()) {
         session.out << "no entities\n";
     } else {
         table.print(session.out);
     }
+}
+
+// "suspended, entity 1 at tov:agents/forager.behavior#seek", "suspended", "running".
+std::string describe(Session& session, const State& state, std::string& location)
+{
+    if (!state.suspended) {
+        return "running";
+    }
+    if (state.entity < 0) {
+        return "suspended";
+    }
+    nlohmann::json frames;
+    location = readFrames(session, state.entity, frames) ? topLocation(frames) : std::string();
+    return "suspended, entity " + std::to_string(state.entity) + (location.empty() ? "" : " at " + location);
+}
+
+bool awaitStop(Session& session, double timeoutSeconds, State& state)
+{
+    const Clock::time_point deadline =
+        Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(timeoutSeconds));
+    for (;;) {
+        if (!readState(session, state)) {
+            return false;
+        }
+        if (state.suspended) {
+            return true;
+        }
+        if (Clock::now() >= deadline) {
+            session.fail(exitRefused, "still running after " + nlohmann::json(timeoutSeconds).dump() + " s");
+            return false;
+        }
+        if (!pause(std::min<Clock::duration>(statusPollPeriod, deadline - Clock::now()))) {
+            session.fail(exitRefused, "interrupted while waiting for a suspension");
+            return false;
+        }
+    }
+}
+
+// What status, wait-suspended and step print once the state is known.
+int reportState(Session& session, const State& state)
+{
+    std::string location;
+    const std::string line = describe(session, state, location);
+    if (session.json) {
+        nlohmann::json document = {{"suspended", state.suspended}, {"entity", state.entity}};
+        if (!location.empty()) {
+            document["location"] = location;
+        }
+        session.printJson(document);
+    } else {
+        session.out << line << '\n';
+    }
     return session.getStatus();
 }
 
-int showStack(Session& session, const Arguments& arguments)
+int post(Session& session, const std::string& path, const std::string& body, const std::string& refusal,
+         const std::string& done)
 {
-    unsigned int entity = 0;
-    if (!parseEntity(arguments.positional[0], entity)) {
-        return usageError(session.err, "'" + arguments.positional[0] + "' is no entity number");
-    }
-    const std::string path = "debug/entities/" + std::to_string(entity) + "/contexts";
-    HttpReply reply;
-    DynamicObject document;
-    std::vector<unsigned int> elements;
-    if (!session.callJson("GET", path, "", reply, document, "", "no entity " + std::to_string(entity))) {
+    client::HostReply reply;
+    if (!session.call("POST", path, body, reply, refusal)) {
         return session.getStatus();
     }
-    if (session.json) {
-        session.printRaw(reply.body);
+    if (!session.printJson(nlohmann::json::object())) {
+        session.out << done << '\n';
+    }
+    return session.getStatus();
+}
+
+} // namespace
+
+int listEntities(Session& session)
+{
+    State state;
+    nlohmann::json rows;
+    if (!readState(session, state) || !describeEntities(session, state, rows)) {
         return session.getStatus();
     }
-    if (!readList(document, elements)) {
-        return session.unexpected("GET", path);
+    if (!session.printJson(rows)) {
+        printEntities(session, rows);
+    }
+    return session.getStatus();
+}
+
+int showStack(Session& session, unsigned int entity)
+{
+    nlohmann::json frames;
+    if (!readFrames(session, entity, frames)) {
+        return session.getStatus();
+    }
+    if (session.printJson(frames)) {
+        return session.getStatus();
     }
     Table table({"INDEX", "LOCATION"});
-    for (const unsigned int element : elements) {
+    for (const nlohmann::json& frame : frames) {
         long long index = 0;
-        std::string location;
-        if (!readInteger(document, element, "index", index) || !readText(document, element, "location", location)) {
-            return session.unexpected("GET", path);
+        if (!readInteger(frame, "index", index)) {
+            return session.unexpected("GET", "debug/entities/" + std::to_string(entity) + "/contexts");
         }
-        table.addRow({std::to_string(index), location});
+        table.addRow({std::to_string(index), readText(frame, "location")});
     }
     if (table.empty()) {
         session.out << "no frames\n";
@@ -113,158 +210,101 @@ int showStack(Session& session, const Arguments& arguments)
     return session.getStatus();
 }
 
-int showContext(Session& session, const Arguments& arguments)
+int showContext(Session& session, unsigned int entity, unsigned int index)
 {
-    unsigned int entity = 0;
-    unsigned int index = 0;
-    if (!parseEntity(arguments.positional[0], entity)) {
-        return usageError(session.err, "'" + arguments.positional[0] + "' is no entity number");
-    }
-    if (!parseEntity(arguments.positional[1], index)) {
-        return usageError(session.err, "'" + arguments.positional[1] + "' is no frame index");
-    }
-    HttpReply reply;
+    client::HostReply reply;
     const std::string path = "debug/entities/" + std::to_string(entity) + "/contexts/" + std::to_string(index);
     if (!session.call("GET", path, "", reply, "",
                       "no frame " + std::to_string(index) + " on entity " + std::to_string(entity))) {
         return session.getStatus();
     }
     // A frame whose engine declared it invalid shows nothing at all.
-    if (reply.body.empty() && !session.json) {
-        session.out << "(no content)\n";
+    if (reply.body.empty()) {
+        if (!session.printJson(nullptr)) {
+            session.out << "(no content)\n";
+        }
+        return session.getStatus();
+    }
+    const nlohmann::json document = nlohmann::json::parse(reply.body, nullptr, false);
+    if (document.is_discarded()) {
+        return session.unexpected("GET", path);
+    }
+    session.print(document);
+    return session.getStatus();
+}
+
+int showStatus(Session& session)
+{
+    State state;
+    nlohmann::json rows;
+    if (!readState(session, state)) {
+        return session.getStatus();
+    }
+    if (!state.suspended) {
+        return reportState(session, state);
+    }
+    std::string location;
+    const std::string line = describe(session, state, location);
+    if (!describeEntities(session, state, rows)) {
+        return session.getStatus();
+    }
+    if (session.json) {
+        nlohmann::json document = {{"suspended", true}, {"entity", state.entity}, {"entities", rows}};
+        if (!location.empty()) {
+            document["location"] = location;
+        }
+        session.printJson(document);
     } else {
-        session.printDocument(reply.body);
+        session.out << line << '\n';
+        printEntities(session, rows);
     }
     return session.getStatus();
 }
 
-int showStatus(Session& session, const Arguments&)
+int waitSuspended(Session& session, double timeoutSeconds)
 {
-    HttpReply reply;
-    DynamicObject document;
-    bool suspended = false;
-    std::string description;
-    if (!session.callJson("GET", "debug/suspend", "", reply, document)) {
+    State state;
+    if (!awaitStop(session, timeoutSeconds, state)) {
         return session.getStatus();
     }
-    if (!describeState(document, suspended, description)) {
-        return session.unexpected("GET", "debug/suspend");
-    }
-    if (session.json) {
-        session.printRaw(reply.body);
-    } else {
-        session.out << description << '\n';
-    }
-    return session.getStatus();
+    return reportState(session, state);
 }
 
-int waitSuspended(Session& session, const Arguments& arguments)
+int suspend(Session& session, long long entity)
 {
-    double timeout = defaultSuspensionTimeout;
-    if (arguments.has("timeout")) {
-        const std::string& text = arguments.last("timeout");
-        char* end = nullptr;
-        timeout = std::strtod(text.c_str(), &end);
-        if (text.empty() || *end != '\0' || !(timeout >= 0 && timeout < 1e7)) {
-            return usageError(session.err, "'" + text + "' is no number of seconds");
-        }
-    }
-    const Clock::time_point deadline =
-        Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(timeout));
-    for (;;) {
-        HttpReply reply;
-        DynamicObject document;
-        bool suspended = false;
-        std::string description;
-        if (!session.callJson("GET", "debug/suspend", "", reply, document)) {
-            return session.getStatus();
-        }
-        if (!describeState(document, suspended, description)) {
-            return session.unexpected("GET", "debug/suspend");
-        }
-        if (suspended) {
-            if (session.json) {
-                session.printRaw(reply.body);
-            } else {
-                session.out << description << '\n';
-            }
-            return session.getStatus();
-        }
-        if (Clock::now() >= deadline) {
-            const std::string seconds = arguments.has("timeout") ? arguments.last("timeout") : "30";
-            return session.fail(exitRefused, "still running after " + seconds + " s");
-        }
-        if (!pause(std::min<Clock::duration>(statusPollPeriod, deadline - Clock::now()))) {
-            return session.fail(exitRefused, "interrupted while waiting for a suspension");
-        }
-    }
-}
-
-int suspend(Session& session, const Arguments& arguments)
-{
-    unsigned int entity = 0;
-    std::string body;
-    if (!arguments.positional.empty()) {
-        if (!parseEntity(arguments.positional[0], entity)) {
-            return usageError(session.err, "'" + arguments.positional[0] + "' is no entity number");
-        }
-        body = "{\"entity\":" + std::to_string(entity) + "}";
-    }
-    const bool one = !body.empty() && entity != 0;
-    HttpReply reply;
-    const std::string refusal = one ? "suspend: refused (entity " + std::to_string(entity) +
-                                          " is not registered, or the simulation is suspended already)"
-                                    : "suspend: refused in this state (the simulation is suspended already)";
-    if (!session.call("POST", "debug/suspend", body, reply, refusal)) {
-        return session.getStatus();
-    }
-    if (session.json) {
-        session.printRaw(reply.body);
-        return session.getStatus();
-    }
-    if (!body.empty() && !one) {
+    // The host reads {"entity":0} as no entity at all: every entity stops then.
+    const bool one = entity > 0;
+    const std::string body = entity >= 0 ? "{\"entity\":" + std::to_string(entity) + "}" : "";
+    if (entity == 0) {
         session.err << "note: the host cannot be told entity 0 alone; every entity stops\n";
     }
-    session.out << (one ? "entity " + std::to_string(entity) + " stops at its next frame change"
-                        : "every entity stops at its next frame change")
-                << '\n';
-    return session.getStatus();
+    return post(session, "debug/suspend", body,
+                one ? "suspend: refused (entity " + std::to_string(entity) +
+                          " is not registered, or the simulation is suspended already)"
+                    : "suspend: refused in this state (the simulation is suspended already)",
+                one ? "entity " + std::to_string(entity) + " stops at its next frame change"
+                    : "every entity stops at its next frame change");
 }
 
-int resume(Session& session, const Arguments&)
+int resume(Session& session)
 {
-    HttpReply reply;
-    if (!session.call("POST", "debug/resume", "", reply,
-                      "resume: refused in this state (nothing was suspended; what was armed is cleared)")) {
+    return post(session, "debug/resume", "",
+                "resume: refused in this state (nothing was suspended; what was armed is cleared)", "resumed");
+}
+
+int step(Session& session, const std::string& kind, bool wait, double timeoutSeconds)
+{
+    const std::string refusal = "step " + kind + ": refused in this state (the simulation is not suspended)";
+    if (!wait) {
+        return post(session, "debug/step" + kind, "", refusal, "stepping " + kind);
+    }
+    client::HostReply reply;
+    State state;
+    if (!session.call("POST", "debug/step" + kind, "", reply, refusal) || !awaitStop(session, timeoutSeconds, state)) {
         return session.getStatus();
     }
-    if (session.json) {
-        session.printRaw(reply.body);
-    } else {
-        session.out << "resumed\n";
-    }
-    return session.getStatus();
+    return reportState(session, state);
 }
-
-int step(Session& session, const Arguments& arguments)
-{
-    const std::string& kind = arguments.positional[0];
-    if (kind != "in" && kind != "over" && kind != "out") {
-        return usageError(session.err, "step goes in, over or out, not '" + kind + "'");
-    }
-    HttpReply reply;
-    if (!session.call("POST", "debug/step" + kind, "", reply,
-                      "step " + kind + ": refused in this state (the simulation is not suspended)")) {
-        return session.getStatus();
-    }
-    if (session.json) {
-        session.printRaw(reply.body);
-    } else {
-        session.out << "stepping " << kind << '\n';
-    }
-    return session.getStatus();
-}
-
 
 } // namespace inspect
 } // namespace tov

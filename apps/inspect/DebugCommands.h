@@ -1,24 +1,25 @@
 #pragma once
-// The commands of tov-inspect on the host's debugger: its entities, their frames, and the suspension and
-// stepping of the simulation. Each takes what the command line gave, checked for count and options, and
-// returns the exit status.
-//   Arguments given; given.positional = {"3"};
-//   showStack(session, given);   // "INDEX  LOCATION", then one line a frame of entity 3, bottom first
+// The commands of tov-inspect that look at and drive the debugger: entities, their frames, the state of
+// the simulation, suspend, resume and step.
+
+#include <string>
 
 namespace tov {
 namespace inspect {
 
 class Session;
-struct Arguments;
 
-int listEntities(Session& session, const Arguments& arguments);
-int showStack(Session& session, const Arguments& arguments);
-int showContext(Session& session, const Arguments& arguments);
-int showStatus(Session& session, const Arguments& arguments);
-int waitSuspended(Session& session, const Arguments& arguments);
-int suspend(Session& session, const Arguments& arguments);
-int resume(Session& session, const Arguments& arguments);
-int step(Session& session, const Arguments& arguments);
+int listEntities(Session& session);
+int showStack(Session& session, unsigned int entity);
+int showContext(Session& session, unsigned int entity, unsigned int index);
+int showStatus(Session& session);
+int waitSuspended(Session& session, double timeoutSeconds);
+// `entity` < 0 stops every entity.
+int suspend(Session& session, long long entity);
+int resume(Session& session);
+// `kind` is in, over or out; unless `wait` is false, waits up to `timeoutSeconds` for the stop that
+// the step ends in and prints where it is.
+int step(Session& session, const std::string& kind, bool wait, double timeoutSeconds);
 
 } // namespace inspect
 } // namespace tov

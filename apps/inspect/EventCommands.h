@@ -1,20 +1,24 @@
 #pragma once
-// The commands of tov-inspect on the host's events: subscriptions, breakpoints among them, and the queue
-// of what they reported. Each takes what the command line gave, checked for count and options, and
-// returns the exit status.
-//   Arguments given; given.positional = {"suspension"};
-//   subscribe(session, given);   // "suspension request 4"
+// The commands of tov-inspect that subscribe to the host's events and read them.
+
+#include <string>
 
 namespace tov {
 namespace inspect {
 
 class Session;
-struct Arguments;
 
-int subscribe(Session& session, const Arguments& arguments);
-int setBreakpoint(Session& session, const Arguments& arguments);
-int unsubscribe(Session& session, const Arguments& arguments);
-int showEvents(Session& session, const Arguments& arguments);
+// The event types the host knows, in the words of its subscriptions.
+extern const char* const eventTypes[7];
+
+int subscribe(Session& session, const std::string& type);
+// `hits` < 0: from the first pass on.
+int setBreakpoint(Session& session, const std::string& location, long long hits);
+// A request id, or "all".
+int unsubscribe(Session& session, const std::string& which);
+// `limit` 0: no limit. `remove` deletes each event once shown; `follow` polls for new ones until
+// interrupted or `limit` events were shown.
+int showEvents(Session& session, bool follow, bool remove, unsigned long long limit);
 
 } // namespace inspect
 } // namespace tov

@@ -1,8 +1,9 @@
-// tov-inspect: the command-line client of a simulation host's inspector. See getUsage().
+// tov-inspect: the command-line client of a simulation host's inspector. See tov-inspect --help.
 
 #include "apps/inspect/Commands.h"
 
 #include <csignal>
+#include <cstdlib>
 #include <iostream>
 
 namespace {
@@ -10,6 +11,11 @@ namespace {
 void onInterrupt(int)
 {
     tov::inspect::interrupt();
+}
+
+const char* readEnvironment(const char* name)
+{
+    return std::getenv(name);
 }
 
 } // namespace
@@ -24,5 +30,5 @@ int main(int argc, char** argv)
     sigemptyset(&action.sa_mask);
     sigaction(SIGINT, &action, nullptr);
 
-    return tov::inspect::run(std::vector<std::string>(argv + 1, argv + argc), std::cout, std::cerr);
+    return tov::inspect::run(std::vector<std::string>(argv + 1, argv + argc), std::cout, std::cerr, &readEnvironment);
 }

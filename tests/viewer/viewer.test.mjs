@@ -44,7 +44,7 @@ function startDemo(wantedPort = 0) {
     const timer = setTimeout(() => reject(new Error(`tov-demo did not start:\n${output}`)), waitMs);
     child.stdout.on("data", (chunk) => {
       output += chunk;
-      const found = /listening on port (\d+)/.exec(output);
+      const found = /inspector listening on http:\/\/[^\s:]+:(\d+)/.exec(output);
       if (found) {
         clearTimeout(timer);
         resolve({ child, port: Number(found[1]) });

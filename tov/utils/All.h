@@ -17,6 +17,7 @@
 #include <tov/utils/DynamicObjectCompositePredicate.h>
 #include <tov/utils/DynamicObjectIterator.h>
 #include <tov/utils/DynamicObjectPropertyComparison.h>
+#include <tov/utils/DynamicObjectReader.h>
 #include <tov/utils/DynamicObjectSerialization.h>
 #include <tov/utils/DynamicType.h>
 #include <tov/utils/DynamicValue.h>

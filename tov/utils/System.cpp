@@ -157,9 +157,10 @@ bool terminate(AbstractLogger* logger)
 } // namespace utils
 } // namespace tov
 
+// The version is written once, in the project's CMakeLists.txt, and reaches this file as a definition.
 const char* getVersionTOV_UTILS()
 {
-    return "0.4.0";
+    return TOV_UTILS_VERSION_TEXT;
 }
 
 namespace tov_utils {

@@ -1,6 +1,5 @@
 #include "Agent.h"
 #include "JsonText.h"
-#include "Options.h"
 #include "World.h"
 
 #include "support/AssertionGuard.h"
@@ -129,15 +128,15 @@ TEST_F(DemoTest, ASavedWorldLoadsBackInBothFormsAndGoesOnAsTheOriginal)
 
     for (const char* extension : {".json", ".txt"}) {
         utils::DynamicObject loaded;
-        ASSERT_TRUE(demo::World::load((prefix + extension).c_str(), loaded, nullptr)) << extension;
+        std::string reason;
+        ASSERT_TRUE(demo::World::load((prefix + extension).c_str(), loaded, reason)) << extension;
         unsigned int seed = 0;
         long long tick = 0;
-        demo::World::readSeed(loaded, seed);
-        demo::World::readTick(loaded, tick);
+        utils::Facilities::instance().getRandomNumberGenerator().seed(999);   // the saved streams win
+        std::vector<demo::Agent*> restored;
+        ASSERT_TRUE(demo::World::read(loaded, seed, tick, restored, reason)) << reason;
         EXPECT_EQ(77u, seed);
         EXPECT_EQ(7, tick);
-        utils::Facilities::instance().getRandomNumberGenerator().seed(999);   // the saved streams win
-        std::vector<demo::Agent*> restored = demo::World::createAgents(loaded, nullptr);
         ASSERT_EQ(4u, restored.size()) << extension;
         for (unsigned int i = 0; i < restored.size(); ++i) {
             live(*restored[i], 9);
@@ -147,39 +146,40 @@ TEST_F(DemoTest, ASavedWorldLoadsBackInBothFormsAndGoesOnAsTheOriginal)
     }
 }
 
-TEST_F(DemoTest, WorldFilesOfTheWrongShapeGiveDefaultsAndNeverAnAssertion)
+// A world file from outside either describes a run or is refused with the reason, never an assertion.
+TEST_F(DemoTest, WorldFilesOfTheWrongShapeAreRefusedWithTheReason)
 {
-    struct Case {
+    const struct {
         const char* content;
-        unsigned int agents;
-        bool loads;
+        const char* reason;   // "" when it loads
+    } cases[] = {
+        {"{\"seed\":3,\"agents\":[{\"x\":1.5,\"meals\":2},{}]}", ""},
+        {"{\"agents\":\"oops\"}", "'agents' is a string, not an array"},
+        {"{\"agents\":[]}", "it has no agents"},
+        {"{\"agents\":{\"0\":1}}", "'agents' is an object, not an array"},
+        {"{\"seed\":\"x\",\"agents\":[{}]}", "'seed' is not a number from 0 to 4294967295"},
+        {"{\"tick\":-4,\"agents\":[{}]}", "'tick' is not a count of rounds"},
+        {"{\"agents\":[{},7]}", "agent 1: it is an integer, not an object"},
+        {"{\"agents\":[{\"x\":\"far\"}]}", "agent 0: 'x' is not a number"},
+        {"{\"agents\":[{\"random\":\"not a saved stream\"}]}", "agent 0: 'random' is not a saved random stream"},
+        {"version { major: 9 } root { type: Object }", "it is neither JSON nor a saved text of this version"},
+        {"{", "it holds no JSON object that can be read"},
+        {"   ", "it is empty"},
     };
-    const Case cases[] = {
-        {"{\"seed\":\"x\",\"tick\":-4,\"agents\":[{\"x\":\"far\",\"meals\":true,\"random\":5},7,null]}", 3, true},
-        {"{\"agents\":{\"0\":{}}}", 0, true},
-        {"{\"agents\":[{\"random\":\"not a saved stream\",\"energy\":2}]}", 1, true},
-        {"version { major: 9 } root { type: Object }", 0, false},
-        {"{", 0, false},
-        {"   ", 0, false},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         const std::string path = file("demo-shape.json", c.content);
         utils::DynamicObject loaded;
-        EXPECT_EQ(c.loads, demo::World::load(path.c_str(), loaded, nullptr)) << c.content;
         unsigned int seed = 5;
         long long tick = 3;
-        demo::World::readSeed(loaded, seed);
-        demo::World::readTick(loaded, tick);
-        EXPECT_EQ(5u, seed) << c.content;
-        EXPECT_EQ(3, tick) << c.content;
-        std::vector<demo::Agent*> made = demo::World::createAgents(loaded, nullptr);
-        EXPECT_EQ(c.agents, made.size()) << c.content;
-        for (demo::Agent* agent : made) {
-            agents.push_back(agent);
-        }
+        std::string reason;
+        const bool read = demo::World::load(path.c_str(), loaded, reason) &&
+                          demo::World::read(loaded, seed, tick, agents, reason);
+        EXPECT_EQ(*c.reason == '\0', read) << c.content;
+        EXPECT_EQ(c.reason, read ? std::string() : reason) << c.content;
     }
-    // What could be read was read; the rest kept the agent's own values.
-    EXPECT_EQ(2.0, agents.back()->getEnergy());
+    ASSERT_EQ(2u, agents.size());
+    EXPECT_EQ(1.5, agents[0]->getX());
+    EXPECT_EQ(2, agents[0]->getMeals());
 }
 
 TEST_F(DemoTest, ResourcePathsBecomePropertyPathsByTheKindsMetOnTheWay)
@@ -231,41 +231,6 @@ TEST_F(DemoTest, TheWorldServesObjectsArraysAndSingleValuesAsJsonReplies)
     ASSERT_TRUE(demo::readJson(whole.getText(), read, nullptr));
     EXPECT_EQ(2u, read.countChildren("agents"));
     EXPECT_EQ(9, read.getInt("seed"));
-}
-
-TEST(DemoOptions, CommandLinesAreReadOrRefusedWithTheReason)
-{
-    const struct {
-        std::vector<const char*> arguments;
-        bool valid;
-        const char* error;
-    } cases[] = {
-        {{"--port", "0", "--seconds", "60", "--tour"}, true, ""},
-        {{"--bind", "0.0.0.0", "--agents", "3", "--workers", "1", "--seed", "0x10"}, true, ""},
-        {{"--load", "w.txt", "--save", "", "--tick-ms", "0"}, true, ""},
-        {{"--port", "65536"}, false, "bad value for --port: 65536"},
-        {{"--port", "-1"}, false, "bad value for --port: -1"},
-        {{"--agents", "0"}, false, "bad value for --agents: 0"},
-        {{"--seconds", "5s"}, false, "bad value for --seconds: 5s"},
-        {{"--seconds"}, false, "missing value after --seconds"},
-        {{"--fast"}, false, "unknown option --fast"},
-    };
-    for (const auto& c : cases) {
-        std::vector<const char*> argv{"tov-demo"};
-        argv.insert(argv.end(), c.arguments.begin(), c.arguments.end());
-        demo::Options options;
-        std::string error;
-        EXPECT_EQ(c.valid, demo::parseOptions(static_cast<int>(argv.size()), argv.data(), options, error)) << c.error;
-        EXPECT_EQ(c.error, error);
-    }
-    demo::Options options;
-    std::string error;
-    const char* argv[] = {"tov-demo", "--seed", "0x10", "--port", "0", "--save", ""};
-    ASSERT_TRUE(demo::parseOptions(7, argv, options, error));
-    EXPECT_EQ(16u, options.seed);
-    EXPECT_TRUE(options.seedGiven);
-    EXPECT_EQ(0u, options.port);
-    EXPECT_EQ("", options.save);
 }
 
 } // namespace

@@ -46,24 +46,6 @@ private:
     std::string location;
 };
 
-// Fires a breakpoint at a location the way a host's engine does: candidates count the pass, hits notify.
-class PassVisitor : public debugger::BreakpointRequestVisitor {
-public:
-    using BreakpointRequestVisitor::BreakpointRequestVisitor;
-    using BreakpointRequestVisitor::visit;
-    void visit(debugger::BreakpointRequest& request) override
-    {
-        if (request.canHit(getEntity(), *getLocation())) {
-            if (request.isHit(getEntity(), *getLocation())) {
-                request.notify(getEntity(), *getLocation());
-                hit = true;
-            }
-            request.update();
-        }
-    }
-    bool hit = false;
-};
-
 // One step of an entity's script: push a frame at a location, pop the top one, or pass a location.
 struct Step {
     enum Kind { push, pop, pass } kind;
@@ -95,11 +77,7 @@ public:
     void pass(unsigned int entity, const char* location)
     {
         const utils::Uri at = utils::Uri::create(location);
-        PassVisitor visitor(entity, &at);
-        facade->accept(visitor);
-        if (visitor.hit) {
-            utils::Facilities::instance().getInspectionFramework().getDebugger().getExecutionController().suspend();
-        }
+        debugger::LocationBreakpointVisitor::fire(*facade, entity, at);
     }
 
     void run(unsigned int entity, const std::vector<Step>& script)

@@ -9,7 +9,7 @@
 #include <tov/utils/debugger/AbstractEventFilterVisitor.h>
 #include <tov/utils/debugger/AbstractEventListener.h>
 #include <tov/utils/debugger/BreakpointRequest.h>
-#include <tov/utils/debugger/BreakpointRequestVisitor.h>
+#include <tov/utils/debugger/LocationBreakpointVisitor.h>
 
 #include "support/AssertionGuard.h"
 
@@ -105,20 +105,10 @@ private:
     int* destroyed;
 };
 
-// What a host's engine does at a location: a candidate is counted whether it hits or not.
-class BreakpointFiring : public utils::debugger::BreakpointRequestVisitor {
-public:
-    using BreakpointRequestVisitor::BreakpointRequestVisitor;
-    using BreakpointRequestVisitor::visit;
-    void visit(utils::debugger::BreakpointRequest& request) override
-    {
-        if (request.canHit(getEntity(), *getLocation())) {
-            if (request.isHit(getEntity(), *getLocation())) {
-                request.notify(getEntity(), *getLocation());
-            }
-            request.update();
-        }
-    }
+// What a host's engine does at a location, through the library's own visitor: a candidate is counted
+// whether it hits or not.
+struct BreakpointFiring : utils::debugger::LocationBreakpointVisitor {
+    BreakpointFiring(unsigned int entity, const utils::Uri* at) : LocationBreakpointVisitor(entity, *at) {}
 };
 
 // The library runs for each test, with assertions that throw.

@@ -29,6 +29,7 @@
 #include <tov/utils/debugger/InitializationRequest.h>
 #include <tov/utils/debugger/InitializationRequestVisitor.h>
 #include <tov/utils/debugger/InspectionFramework.h>
+#include <tov/utils/debugger/LocationBreakpointVisitor.h>
 #include <tov/utils/debugger/LocationFilter.h>
 #include <tov/utils/debugger/LocationFilterVisitor.h>
 #include <tov/utils/debugger/RequestIterator.h>

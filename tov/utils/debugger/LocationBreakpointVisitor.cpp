@@ -1,0 +1,52 @@
+#include <tov/utils/debugger/LocationBreakpointVisitor.h>
+
+#include <tov/utils/Facilities.h>
+#include <tov/utils/debugger/BreakpointRequest.h>
+#include <tov/utils/debugger/DebuggerFramework.h>
+#include <tov/utils/debugger/EngineDebuggerFacade.h>
+#include <tov/utils/debugger/ExecutionController.h>
+#include <tov/utils/debugger/InspectionFramework.h>
+
+namespace tov {
+namespace utils {
+namespace debugger {
+
+LocationBreakpointVisitor::LocationBreakpointVisitor(unsigned int entity, const Uri& location)
+    : BreakpointRequestVisitor(entity, &location)
+{
+}
+
+LocationBreakpointVisitor::~LocationBreakpointVisitor() = default;
+
+void LocationBreakpointVisitor::visit(BreakpointRequest& request)
+{
+    const Uri& location = *getLocation();
+    if (!request.canHit(getEntity(), location)) {
+        return;
+    }
+    if (request.isHit(getEntity(), location)) {
+        request.notify(getEntity(), location);
+        hit = true;
+    }
+    // After isHit: a hit count filter answers for the pass being counted.
+    request.update();
+}
+
+bool LocationBreakpointVisitor::isHit() const
+{
+    return hit;
+}
+
+bool LocationBreakpointVisitor::fire(EngineDebuggerFacade& facade, unsigned int entity, const Uri& location)
+{
+    LocationBreakpointVisitor visitor(entity, location);
+    facade.accept(visitor);
+    if (visitor.isHit()) {
+        Facilities::instance().getInspectionFramework().getDebugger().getExecutionController().suspend();
+    }
+    return visitor.isHit();
+}
+
+} // namespace debugger
+} // namespace utils
+} // namespace tov
