@@ -32,8 +32,10 @@ bool HostAddress::parse(const std::string& text, std::string& error)
     // What follows the authority (a path such as /api) is the client's own business, not the host's.
     rest = rest.substr(0, rest.find_first_of("/?#"));
     std::string name = rest;
+    // An IPv6 address stands in brackets, "[::1]:8000": its port is the one behind the bracket.
+    const std::size_t bracket = rest.rfind(']');
     const std::size_t colon = rest.rfind(':');
-    if (colon != std::string::npos && rest.find(']') == std::string::npos) {
+    if (colon != std::string::npos && (bracket == std::string::npos || colon > bracket)) {
         name = rest.substr(0, colon);
         const std::string number = rest.substr(colon + 1);
         if (!isPort(number)) {

@@ -88,7 +88,8 @@ bool createWorld(const demo::Options& options, unsigned int& seed, long long& ti
     std::cout << "tov-demo: loaded tick " << tick << " from " << options.load << " (" << plural(agents.size(), "agent")
               << ", seed " << seed << ")\n";
     if (options.agentsGiven && options.agents != agents.size()) {
-        std::cout << "tov-demo: --agents " << options.agents << " is overridden by the world loaded\n";
+        std::cout << "tov-demo: --agents " << options.agents << " is overridden: " << options.load << " holds "
+                  << plural(agents.size(), "agent") << "\n";
     }
     return true;
 }
