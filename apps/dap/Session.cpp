@@ -14,9 +14,6 @@ namespace dap {
 namespace {
 
 const std::chrono::milliseconds pollInterval(100);
-// The polls that must see the host suspended before a stop that no event explains is announced: the
-// event of a stop is queued before the thread stops, but may land between two reads of one poll.
-const int unexplainedStopPolls = 2;
 const std::chrono::seconds launchTimeout(15);
 
 // Some bytes of a message that could not be read, fit for one log line.
@@ -305,7 +302,7 @@ void Session::leaveHost()
     HostAnswer answer;
     // Breakpoints go first, so that the resume below does not meet them again.
     bool reached = breakpoints.clear(*host, error);
-    if (reached && (stoppedBySession || !pending.empty())) {
+    if (reached && stops.isSessionsDoing()) {
         // Also clears a pause or a step that the session armed and that has not stopped yet.
         reached = host->call("POST", "debug/resume", nullptr, answer);
     }
@@ -410,7 +407,7 @@ Reply Session::pause(const nlohmann::json& arguments)
         return reply;
     }
     if (state.suspended) {
-        return stopped ? Reply::success()
+        return stops.isStopped() ? Reply::success()
                        : Reply::failure("the host is suspended already (entity " + std::to_string(state.stoppedEntity) + "); continue first");
     }
     // The host reads an entity of 0 in a suspend command as none: entity 0 can only be paused with all.
@@ -421,9 +418,8 @@ Reply Session::pause(const nlohmann::json& arguments)
         return Reply::failure("the host refused to suspend entity " + std::to_string(state.entity) + ": " + answer.error);
     }
     if (reply.ok) {
-        pending = "pause";
-        pausedAll = state.entity == 0;
-        if (pausedAll) {
+        stops.arm("pause", state.entity == 0);
+        if (state.entity == 0) {
             afterResponse.push_back({{"type", "event"}, {"event", "output"},
                                      {"body", {{"category", "console"},
                                                {"output", "tov-dap: the host cannot single out entity 0, so every entity stops at its next frame\n"}}}});
@@ -481,7 +477,7 @@ Reply Session::step(const nlohmann::json& arguments, const char* command)
     }
     if (reply.ok) {
         forgetStop();
-        pending = "step";
+        stops.arm("step", false);
         // The step opens the host's gate: every thread waiting in it runs on until the stepped one stops.
         afterResponse.push_back({{"type", "event"}, {"event", "continued"},
                                  {"body", {{"threadId", state.thread}, {"allThreadsContinued", true}}}});
@@ -492,11 +488,7 @@ Reply Session::step(const nlohmann::json& arguments, const char* command)
 void Session::forgetStop()
 {
     view.forget();
-    pending.clear();
-    pausedAll = false;
-    stopped = false;
-    stoppedBySession = false;
-    unexplainedStops = 0;
+    stops.clear();
 }
 
 void Session::tick()
@@ -531,7 +523,7 @@ void Session::pollHost()
         return;
     }
     for (const nlohmann::json& event : events) {
-        tell(event);
+        sendAll(stops.tell(event));
     }
     bool suspended = false;
     unsigned int entity = 0;
@@ -539,57 +531,18 @@ void Session::pollHost()
         hostGone(error);
         return;
     }
-    if (suspended && !stopped) {
-        // Another client stopped the host (its breakpoint, its pause): the editor sees it as a pause.
-        if (++unexplainedStops >= unexplainedStopPolls) {
-            announceStop(entity, "pause", "Suspended by another client of the host", nlohmann::json(), false);
-        }
-    } else if (!suspended && stopped) {
-        const long long thread = stoppedThread;
-        forgetStop();
-        sendEvent("continued", {{"threadId", thread}, {"allThreadsContinued", true}});
-    } else {
-        unexplainedStops = 0;
+    const bool wasStopped = stops.isStopped();
+    sendAll(stops.observe(suspended, entity));
+    if (wasStopped && !stops.isStopped()) {
+        view.forget();
     }
 }
 
-void Session::tell(const nlohmann::json& event)
+void Session::sendAll(const std::vector<nlohmann::json>& events)
 {
-    const std::string type = event.value("type", std::string());
-    const nlohmann::json entityValue = event.value("entity", nlohmann::json());
-    const unsigned int entity = entityValue.is_number_unsigned() ? entityValue.get<unsigned int>() : 0;
-    if (type == "breakpoint") {
-        stoppedBySession = true;
-        announceStop(entity, "function breakpoint", "Paused at " + event.value("location", std::string()),
-                     nlohmann::json::array({event["requestId"]}), false);
-    } else if (type == "suspension") {
-        // The host tells no cause: a stop after the session's pause or step is theirs, any other a pause
-        // by another client.
-        stoppedBySession = stoppedBySession || !pending.empty();
-        announceStop(entity, pending.empty() ? "pause" : pending,
-                     pending.empty() ? "Suspended by another client of the host" : "", nlohmann::json(), pausedAll);
-    } else if (type == "registration" || type == "unregistration") {
-        sendEvent("thread", {{"reason", type == "registration" ? "started" : "exited"}, {"threadId", Arguments::toThread(entity)}});
+    for (const nlohmann::json& event : events) {
+        channel.send(event);
     }
-}
-
-void Session::announceStop(unsigned int entity, const std::string& reason, const std::string& description,
-                           const nlohmann::json& hitBreakpoints, bool allThreads)
-{
-    stopped = true;
-    unexplainedStops = 0;
-    stoppedThread = Arguments::toThread(entity);
-    // A breakpoint, a step or a pause of one entity stops the host thread that runs it; the others run
-    // on. Only a pause of all stops every thread.
-    nlohmann::json body = {{"reason", reason}, {"threadId", stoppedThread}, {"allThreadsStopped", allThreads},
-                           {"preserveFocusHint", false}};
-    if (!description.empty()) {
-        body["description"] = description;
-    }
-    if (hitBreakpoints.is_array()) {
-        body["hitBreakpointIds"] = hitBreakpoints;
-    }
-    sendEvent("stopped", body);
 }
 
 void Session::hostGone(const std::string& error)

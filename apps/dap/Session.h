@@ -15,6 +15,7 @@
 #include "apps/dap/HostLauncher.h"
 #include "apps/dap/Reply.h"
 #include "apps/dap/StackView.h"
+#include "apps/dap/StopTracker.h"
 
 #include <chrono>
 #include <memory>
@@ -89,9 +90,7 @@ private:
 
     void pollHost();
     void forwardLaunchedOutput();
-    void tell(const nlohmann::json& event);
-    void announceStop(unsigned int entity, const std::string& reason, const std::string& description,
-                      const nlohmann::json& hitBreakpoints, bool allThreads);
+    void sendAll(const std::vector<nlohmann::json>& events);
     void hostGone(const std::string& error);
     // Ends the session's subscriptions and events and resumes what the session stopped.
     void leaveHost();
@@ -110,15 +109,7 @@ private:
     // Every subscription the session made, also ended ones: their events left in the queue are its own.
     std::set<unsigned int> subscriptions;
     std::set<unsigned int> ended;
-    // What the session asked of the host that has not stopped yet: "pause", "step" or "".
-    std::string pending;
-    bool pausedAll = false;
-    // Whether a stop is announced, whether the session caused it, and on which thread.
-    bool stopped = false;
-    bool stoppedBySession = false;
-    long long stoppedThread = 0;
-    // Polls that saw the host suspended with no event of the session to say why.
-    int unexplainedStops = 0;
+    StopTracker stops;
     std::chrono::steady_clock::time_point nextPoll;
     std::vector<nlohmann::json> afterResponse;
 };
