@@ -82,7 +82,11 @@ describe("tov-dap with an editor's client", { timeout: 60000 }, () => {
     dc.connect(adapter.stdout, adapter.stdin);
     const stops = [];
     dc.on("stopped", (event) => stops.push(event.body));
-    const nextStop = async (count) => {
+    // The stop that follows a request: counted before it is sent, since its event may come in the same
+    // read as the response.
+    const stopAfter = async (send) => {
+      const count = stops.length + 1;
+      await send();
       await until(`stopped event ${count}`, () => stops.length >= count);
       return stops[count - 1];
     };
@@ -108,9 +112,10 @@ describe("tov-dap with an editor's client", { timeout: 60000 }, () => {
     const lines = await dc.setBreakpointsRequest({ source: { path: "/tmp/forager.behavior" }, breakpoints: [{ line: 3 }] });
     assert.equal(lines.body.breakpoints[0].verified, false);
     assert.match(lines.body.breakpoints[0].message, /function breakpoint/);
-    await dc.configurationDoneRequest();
 
-    const hit = await nextStop(1);
+    await dc.configurationDoneRequest();
+    await until("the breakpoint's stop", () => stops.length >= 1);
+    const hit = stops[0];
     assert.equal(hit.reason, "function breakpoint");
     assert.deepEqual(hit.hitBreakpointIds, [atSeek.id]);
     assert.equal(hit.allThreadsStopped, false);
@@ -137,19 +142,22 @@ describe("tov-dap with an editor's client", { timeout: 60000 }, () => {
     assert.equal(fields.find((variable) => variable.name === "name").value, '"forager-3"');
     await assert.rejects(dc.evaluateRequest({ expression: "world/nothing/here" }), /404/);
 
-    await dc.nextRequest({ threadId: thread });
-    const stepped = await nextStop(stops.length + 1);
+    const stepped = await stopAfter(() => dc.nextRequest({ threadId: thread }));
     assert.deepEqual([stepped.reason, stepped.threadId], ["step", thread]);
     assert.equal((await dc.stackTraceRequest({ threadId: thread })).body.stackFrames[0].name, seek);
-    await dc.stepOutRequest({ threadId: thread });
-    const out = await nextStop(stops.length + 1);
+    const out = await stopAfter(() => dc.stepOutRequest({ threadId: thread }));
     assert.deepEqual([out.reason, out.threadId], ["step", thread]);
     assert.equal((await dc.stackTraceRequest({ threadId: thread })).body.stackFrames[0].name, live);
     assert.equal((await dc.continueRequest({ threadId: thread })).body.allThreadsContinued, true);
 
+    // Another client suspends and resumes the host: the editor sees a pause that is not its own, and the resume.
+    assert.match((await stopAfter(() => host(demo.url, "debug/suspend", { method: "POST" }))).description, /another client/);
+    const resumed = dc.waitForEvent("continued");
+    await host(demo.url, "debug/resume", { method: "POST" });
+    assert.equal((await resumed).body.allThreadsContinued, true);
+
     const paused = threads[3].id;
-    await dc.pauseRequest({ threadId: paused });
-    const pause = await nextStop(stops.length + 1);
+    const pause = await stopAfter(() => dc.pauseRequest({ threadId: paused }));
     assert.deepEqual([pause.reason, pause.threadId, pause.allThreadsStopped], ["pause", paused, false]);
 
     const tick = (await host(demo.url, "world/tick")).body.tick;
@@ -180,6 +188,23 @@ describe("tov-dap with an editor's client", { timeout: 60000 }, () => {
     const url = /inspector listening on (http:\S+)/.exec(printed.join(""))[1];
     await dc.disconnectRequest({});
     await assert.rejects(fetch(`${url}/api/debug`), "the launched host ends with the session");
+  });
+
+  it("serves editors that connect to --listen, one session after another", async () => {
+    const adapter = spawn(adapterProgram, ["--listen", "0"], { stdio: ["ignore", "ignore", "pipe"] });
+    children.push(adapter);
+    let log = "";
+    adapter.stderr.on("data", (chunk) => { log += chunk; });
+    await until("the adapter to listen", () => /listening on 127\.0\.0\.1:\d+/.test(log));
+    const port = Number(/listening on 127\.0\.0\.1:(\d+)/.exec(log)[1]);
+    for (const session of [1, 2]) {
+      const dc = new DebugClient("unused", "unused", "tov");
+      await dc.start(port);
+      dc.defaultTimeout = waitMs;
+      assert.equal((await dc.initializeRequest({ adapterID: "tov" })).body.supportsFunctionBreakpoints, true, `session ${session}`);
+      await dc.disconnectRequest({});
+    }
+    adapter.kill();
   });
 
   it("answers malformed input and goes on, and ends the session when the host goes away", async () => {
