@@ -73,6 +73,7 @@ nlohmann::json Breakpoints::add(AbstractHost& host, const nlohmann::json& wanted
     }
     const unsigned int requestId = answer.body["requestId"].get<unsigned int>();
     locations[requestId] = location;
+    made.insert(requestId);
     return {{"id", requestId}, {"verified", true}};
 }
 

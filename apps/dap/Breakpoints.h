@@ -11,6 +11,7 @@
 #include "apps/dap/Reply.h"
 
 #include <map>
+#include <set>
 #include <string>
 
 namespace tov {
@@ -21,7 +22,9 @@ public:
     Reply set(AbstractHost& host, const nlohmann::json& arguments);
     // Line breakpoints in files: each one answered unverified, with how to set one that works.
     static Reply refuseLines(const nlohmann::json& arguments);
-    bool owns(unsigned int requestId) const { return locations.count(requestId) != 0; }
+    // Whether the request is one of the set's, now or before: the events of a breakpoint just removed
+    // still tell of a stop, and are still the session's to delete.
+    bool owns(unsigned int requestId) const { return made.count(requestId) != 0; }
     // Ends every subscription of the set; false when the host went away.
     bool clear(AbstractHost& host, std::string& error);
 
@@ -33,6 +36,7 @@ private:
     static bool isLocation(const std::string& text);
 
     std::map<unsigned int, std::string> locations;   // by the host's request id, which is also the breakpoint's id
+    std::set<unsigned int> made;
 };
 
 } // namespace dap

@@ -311,13 +311,17 @@ void Session::leaveHost()
         ended.insert(request);
     }
     std::vector<nlohmann::json> leftovers;
-    reached = reached && reader.read(*host, [this](unsigned int id) { return ended.count(id) != 0 || breakpoints.owns(id); },
-                                     leftovers, error);
+    reached = reached && reader.read(*host, [this](unsigned int id) { return isOwn(id); }, leftovers, error);
     subscriptions.clear();
     attached = false;
     if (!reached) {
         logLine("the host went away while the session left it: " + (error.empty() ? answer.error : error));
     }
+}
+
+bool Session::isOwn(unsigned int requestId) const
+{
+    return subscriptions.count(requestId) != 0 || ended.count(requestId) != 0 || breakpoints.owns(requestId);
 }
 
 Reply Session::threads(const nlohmann::json&)
@@ -517,8 +521,7 @@ void Session::pollHost()
 {
     std::vector<nlohmann::json> events;
     std::string error;
-    if (!reader.read(*host, [this](unsigned int id) { return subscriptions.count(id) != 0 || breakpoints.owns(id); }, events,
-                     error)) {
+    if (!reader.read(*host, [this](unsigned int id) { return isOwn(id); }, events, error)) {
         hostGone(error);
         return;
     }

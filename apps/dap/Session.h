@@ -92,6 +92,8 @@ private:
     void forwardLaunchedOutput();
     void sendAll(const std::vector<nlohmann::json>& events);
     void hostGone(const std::string& error);
+    // Whether events of the host's request `requestId` are the session's.
+    bool isOwn(unsigned int requestId) const;
     // Ends the session's subscriptions and events and resumes what the session stopped.
     void leaveHost();
 
