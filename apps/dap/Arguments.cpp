@@ -23,6 +23,20 @@ bool Arguments::getString(const nlohmann::json& arguments, const char* key, std:
     return true;
 }
 
+std::string Arguments::textOf(const nlohmann::json& object, const char* key)
+{
+    std::string text;
+    return getString(object, key, text) ? text : std::string();
+}
+
+bool Arguments::flagOf(const nlohmann::json& object, const char* key, bool fallback)
+{
+    if (!object.is_object() || !object.contains(key) || !object[key].is_boolean()) {
+        return fallback;
+    }
+    return object[key].get<bool>();
+}
+
 std::string Arguments::missing(const char* key, const char* kind)
 {
     return std::string("the argument '") + key + "' (" + kind + ") is missing or of another kind";

@@ -15,6 +15,10 @@ class Arguments {
 public:
     static bool getInteger(const nlohmann::json& arguments, const char* key, long long& value);
     static bool getString(const nlohmann::json& arguments, const char* key, std::string& value);
+    // A member read from a reply or a request whatever it holds: the text, or "" when `object` is no
+    // object or the member no string; the flag, or `fallback` when it is no boolean.
+    static std::string textOf(const nlohmann::json& object, const char* key);
+    static bool flagOf(const nlohmann::json& object, const char* key, bool fallback);
     // "the argument 'threadId' (an integer) is missing or of another kind"
     static std::string missing(const char* key, const char* kind);
 

@@ -5,6 +5,7 @@
 #include "apps/dap/CurlHost.h"
 
 #include <cctype>
+#include <exception>
 #include <map>
 #include <thread>
 
@@ -68,7 +69,15 @@ void Session::handle(const std::string& body)
         respond(seq, command, Reply::failure("the arguments of '" + command + "' must be an object"));
         return;
     }
-    respond(seq, command, dispatch(command, arguments));
+    Reply reply;
+    try {
+        reply = dispatch(command, arguments);
+    } catch (const std::exception& fault) {
+        // The last guard of "bad input never ends the adapter": a reply of a shape that no check
+        // foresaw refuses this request only.
+        reply = Reply::failure(std::string("tov-dap could not answer '") + command + "': " + fault.what());
+    }
+    respond(seq, command, reply);
 }
 
 Reply Session::dispatch(const std::string& command, const nlohmann::json& arguments)
@@ -142,8 +151,10 @@ std::string Session::whyNoHost() const
     return attached ? "" : "no host yet: send attach or launch first";
 }
 
-Reply Session::initialize(const nlohmann::json&)
+Reply Session::initialize(const nlohmann::json& arguments)
 {
+    view.setFirstLineAndColumn(Arguments::flagOf(arguments, "linesStartAt1", true) ? 1 : 0,
+                               Arguments::flagOf(arguments, "columnsStartAt1", true) ? 1 : 0);
     // Only what the host really does: breakpoints by location with a hit count, frames as documents,
     // resource paths as expressions, and stack traces in pieces.
     return Reply::success({{"supportsConfigurationDoneRequest", true},
@@ -222,7 +233,7 @@ Reply Session::launch(const nlohmann::json& arguments)
     }
     std::vector<std::string> words;
     const nlohmann::json given = arguments.value("args", nlohmann::json::array());
-    for (const nlohmann::json& word : given.is_array() ? given : nlohmann::json::array()) {
+    for (const nlohmann::json& word : given.is_array() ? given : nlohmann::json::array({nullptr})) {
         if (!word.is_string()) {
             return Reply::failure("the argument 'args' must be an array of strings");
         }
@@ -385,7 +396,7 @@ bool Session::readSuspension(bool& suspended, unsigned int& entity, std::string&
         error = answer.error;
         return false;
     }
-    suspended = answer.body.is_object() && answer.body.value("suspended", false);
+    suspended = Arguments::flagOf(answer.body, "suspended", false);
     const nlohmann::json stoppedEntity = answer.body.is_object() ? answer.body.value("entity", nlohmann::json()) : nlohmann::json();
     entity = stoppedEntity.is_number_unsigned() ? stoppedEntity.get<unsigned int>() : 0;
     return true;
@@ -505,7 +516,11 @@ void Session::tick()
         }
     }
     if (attached && !lost && std::chrono::steady_clock::now() >= nextPoll) {
-        pollHost();
+        try {
+            pollHost();
+        } catch (const std::exception& fault) {
+            logLine(std::string("an event of the host could not be read: ") + fault.what());
+        }
         nextPoll = std::chrono::steady_clock::now() + pollInterval;
     }
 }

@@ -80,7 +80,7 @@ Reply StackView::stackTrace(AbstractHost& host, const nlohmann::json& arguments)
     for (long long depth = start; depth < end; ++depth) {
         const nlohmann::json& context = contexts[static_cast<std::size_t>(total - 1 - depth)];
         Frame frame{entity, static_cast<unsigned int>(total - 1 - depth),
-                    context.value("location", std::string())};
+                    Arguments::textOf(context, "location")};
         frames.push_back(frame);
         sources.push_back(frame);
         stackFrames.push_back(describeFrame(frame, firstFrame + static_cast<long long>(frames.size()) - 1,
@@ -93,7 +93,7 @@ nlohmann::json StackView::describeFrame(const Frame& frame, long long id, int so
 {
     nlohmann::json source = {{"name", shortName(frame.location)}, {"sourceReference", sourceReference},
                              {"origin", "entity " + std::to_string(frame.entity) + ", frame " + std::to_string(frame.index)}};
-    return {{"id", id}, {"name", frame.location}, {"source", source}, {"line", 1}, {"column", 1},
+    return {{"id", id}, {"name", frame.location}, {"source", source}, {"line", firstLine}, {"column", firstColumn},
             // The bottom frame is the one every entity has: the simulation itself.
             {"presentationHint", frame.index == 0 ? "subtle" : "normal"}};
 }
@@ -179,7 +179,7 @@ std::string StackView::sourceText(const Frame& frame, const nlohmann::json& cont
 {
     std::string text = frame.location + "\n\n";
     const bool there = contexts.is_array() && frame.index < contexts.size() &&
-                       contexts[frame.index].value("location", std::string()) == frame.location;
+                       Arguments::textOf(contexts[frame.index], "location") == frame.location;
     if (!there) {
         return text + "This frame has returned: entity " + std::to_string(frame.entity) + " is no longer at this location.\n";
     }
@@ -212,6 +212,12 @@ Reply StackView::evaluate(AbstractHost& host, const nlohmann::json& arguments)
         }
     }
     return Reply::success(body);
+}
+
+void StackView::setFirstLineAndColumn(int line, int column)
+{
+    firstLine = line;
+    firstColumn = column;
 }
 
 void StackView::forget()

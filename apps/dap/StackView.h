@@ -26,6 +26,8 @@ public:
     Reply evaluate(AbstractHost& host, const nlohmann::json& arguments);
     // The simulation moved on: frames and variables of the last stop no longer mean anything.
     void forget();
+    // What initialize said: whether the editor counts lines and columns from 1 (the default) or 0.
+    void setFirstLineAndColumn(int line, int column);
 
 private:
     struct Frame {
@@ -41,6 +43,9 @@ private:
     static std::string sourceText(const Frame& frame, const nlohmann::json& contexts, const nlohmann::json& data);
 
     VariableStore store;
+    // A frame's location stands on the first line of its document.
+    int firstLine = 1;
+    int firstColumn = 1;
     // Frame ids, like variable references, are not reused after a resume: a stale id is refused.
     long long firstFrame = 1;
     std::vector<Frame> frames;

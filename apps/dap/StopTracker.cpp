@@ -37,12 +37,12 @@ void StopTracker::clear()
 
 std::vector<nlohmann::json> StopTracker::tell(const nlohmann::json& hostEvent)
 {
-    const std::string type = hostEvent.value("type", std::string());
+    const std::string type = Arguments::textOf(hostEvent, "type");
     const nlohmann::json entityValue = hostEvent.value("entity", nlohmann::json());
     const unsigned int entity = entityValue.is_number_unsigned() ? entityValue.get<unsigned int>() : 0;
     if (type == "breakpoint") {
         stoppedBySession = true;
-        return {stop(entity, "function breakpoint", "Paused at " + hostEvent.value("location", std::string()),
+        return {stop(entity, "function breakpoint", "Paused at " + Arguments::textOf(hostEvent, "location"),
                      nlohmann::json::array({hostEvent.value("requestId", nlohmann::json())}), false)};
     }
     if (type == "suspension") {
