@@ -246,8 +246,10 @@ describe("tov-dap with an editor's client", { timeout: 60000 }, () => {
     assert.match((await response(6)).message, /port/);
     assert.equal((await response(7)).success, true);
     adapter.stdin.write(frame(request(8, "stackTrace", {})) + frame(request(9, "variables", { variablesReference: 999 })) +
+                        frame(request(12, "initialize", { linesStartAt1: "yes", columnsStartAt1: [] })) +
                         frame(request(10, "threads")));
     assert.match((await response(8)).message, /threadId/);
+    assert.equal((await response(12)).success, true, "members of a wrong kind are taken as absent");
     assert.match((await response(9)).message, /no variables 999/);
     assert.equal((await response(10)).body.threads.length, 8);
     for (const line of [/Content-Length 'abc'/, /no JSON object was skipped: 'not json'/, /without a numeric seq/, /announced \d+ bytes/]) {
