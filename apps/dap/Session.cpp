@@ -422,8 +422,11 @@ Reply Session::pause(const nlohmann::json& arguments)
         return reply;
     }
     if (state.suspended) {
-        return stops.isStopped() ? Reply::success()
-                       : Reply::failure("the host is suspended already (entity " + std::to_string(state.stoppedEntity) + "); continue first");
+        // The host has one gate: a thread is paused already only if it is the one that stopped.
+        return stops.isStopped() && state.stoppedEntity == state.entity
+                   ? Reply::success()
+                   : Reply::failure("the host is stopped already (entity " + std::to_string(state.stoppedEntity) +
+                                    "); continue first");
     }
     // The host reads an entity of 0 in a suspend command as none: entity 0 can only be paused with all.
     const nlohmann::json body = state.entity == 0 ? nlohmann::json::object() : nlohmann::json{{"entity", state.entity}};
