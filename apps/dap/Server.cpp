@@ -20,6 +20,8 @@ namespace {
 const int tickMilliseconds = 50;
 } // namespace
 
+volatile std::sig_atomic_t Server::stopping = 0;
+
 int Server::serveStandardStreams()
 {
     serve(0, 1);
@@ -40,7 +42,7 @@ void Server::serve(int input, int output)
             session.handle(frame.body);
         }
     };
-    while (!session.isOver() && channel.isOpen()) {
+    while (!session.isOver() && channel.isOpen() && stopping == 0) {
         pollfd waiting{input, POLLIN, 0};
         const int ready = ::poll(&waiting, 1, tickMilliseconds);
         if (ready > 0) {
@@ -85,7 +87,7 @@ int Server::listen(unsigned int port)
         return 1;
     }
     log << "tov-dap: listening on 127.0.0.1:" << ntohs(address.sin_port) << std::endl;
-    for (;;) {
+    while (stopping == 0) {
         const int connection = ::accept(listener, nullptr, nullptr);
         if (connection < 0) {
             if (errno == EINTR || errno == ECONNABORTED) {
@@ -98,6 +100,8 @@ int Server::listen(unsigned int port)
         serve(connection, connection);
         ::close(connection);
     }
+    ::close(listener);
+    return 0;
 }
 
 } // namespace dap

@@ -4,6 +4,7 @@
 //   Server server(std::cerr);
 //   return server.serveStandardStreams();              // or server.listen(4711)
 
+#include <csignal>
 #include <ostream>
 
 namespace tov {
@@ -12,6 +13,8 @@ namespace dap {
 class Server {
 public:
     explicit Server(std::ostream& log) : log(log) {}
+    // Set by a signal handler: the session leaves the host as a disconnect would, and the server ends.
+    static volatile std::sig_atomic_t stopping;
     // One session on descriptors 0 and 1; the exit status of the program.
     int serveStandardStreams();
     // Sessions on 127.0.0.1:`port` (0: a free port, printed) until the process is ended.

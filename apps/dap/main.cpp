@@ -22,6 +22,14 @@ int main(int argc, char** argv)
     CLI11_PARSE(app, argc, argv);
     // An editor that closes its end must not end the adapter by a signal: writes then fail, and are seen.
     std::signal(SIGPIPE, SIG_IGN);
+    // An editor that ends the adapter instead of disconnecting still gets the host left as disconnect
+    // leaves it. No SA_RESTART, so that a wait for a connection ends too.
+    struct sigaction ending {};
+    ending.sa_handler = [](int) { tov::dap::Server::stopping = 1; };
+    sigemptyset(&ending.sa_mask);
+    for (int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        sigaction(signal, &ending, nullptr);
+    }
     tov::dap::Server server(std::cerr);
     return listening->count() != 0 ? server.listen(port) : server.serveStandardStreams();
 }

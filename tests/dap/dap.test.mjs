@@ -204,7 +204,9 @@ describe("tov-dap with an editor's client", { timeout: 60000 }, () => {
       assert.equal((await dc.initializeRequest({ adapterID: "tov" })).body.supportsFunctionBreakpoints, true, `session ${session}`);
       await dc.disconnectRequest({});
     }
-    adapter.kill();
+    adapter.kill("SIGTERM");
+    await until("the adapter to end", () => adapter.exitCode !== null);
+    assert.equal(adapter.exitCode, 0, "a signal ends the adapter as a disconnect would");
   });
 
   it("answers malformed input and goes on, and ends the session when the host goes away", async () => {
