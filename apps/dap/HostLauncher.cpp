@@ -56,7 +56,9 @@ bool HostLauncher::start(const std::string& program, const std::vector<std::stri
     int output[2];
     int errors[2];
     int failure[2];   // closed on a successful exec; carries errno when exec fails
-    if (::pipe(output) != 0 || ::pipe(errors) != 0 || ::pipe2(failure, O_CLOEXEC) != 0) {
+    // Close-on-exec everywhere: the child gets its ends as 1 and 2 through dup2, and no other program
+    // the adapter starts later holds them open.
+    if (::pipe2(output, O_CLOEXEC) != 0 || ::pipe2(errors, O_CLOEXEC) != 0 || ::pipe2(failure, O_CLOEXEC) != 0) {
         error = std::string("cannot make pipes: ") + std::strerror(errno);
         return false;
     }

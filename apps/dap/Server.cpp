@@ -69,7 +69,8 @@ void Server::serve(int input, int output)
 
 int Server::listen(unsigned int port)
 {
-    const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
+    // Close-on-exec, so that a host launched by a session does not hold the adapter's sockets.
+    const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     const int yes = 1;
     ::setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
     sockaddr_in address{};
@@ -88,7 +89,7 @@ int Server::listen(unsigned int port)
     }
     log << "tov-dap: listening on 127.0.0.1:" << ntohs(address.sin_port) << std::endl;
     while (stopping == 0) {
-        const int connection = ::accept(listener, nullptr, nullptr);
+        const int connection = ::accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
         if (connection < 0) {
             if (errno == EINTR || errno == ECONNABORTED) {
                 continue;
