@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that the build, the tests, the benchmarks and the fuzzers need, only those
-# that are missing, then the npm packages of the browser test of the web viewer (tests/viewer/, at the
-# versions of its package-lock.json, into tests/viewer/node_modules, which git ignores). Run as root on
+# that are missing, then the npm packages of the Node tests (tests/viewer/ and tests/dap/, at the
+# versions of their package-lock.json, into their node_modules, which git ignores). Run as root on
 # Debian 12; without root it only lists what is missing.
 set -euo pipefail
 
@@ -41,12 +41,16 @@ else
   apt-get install -y -q --no-install-recommends "${missing[@]}"
 fi
 
-# The browser driver of tests/viewer/, exactly as locked; it drives the chromium above and downloads no
-# browser of its own. Reinstalled only when the lock file changed since the last install.
-viewerTests=$(cd "$(dirname "$0")/.." && pwd)/tests/viewer
-if [ -f "$viewerTests/package-lock.json" ] && \
-   ! cmp -s "$viewerTests/package-lock.json" "$viewerTests/node_modules/.installed-lock.json"; then
-  echo "setup: npm ci in tests/viewer"
-  (cd "$viewerTests" && npm ci --no-audit --no-fund --ignore-scripts &&
-   cp package-lock.json node_modules/.installed-lock.json)
-fi
+# The npm packages of the Node tests, exactly as locked, each folder's into its own node_modules:
+# tests/viewer/ (the browser driver, which drives the chromium above and downloads no browser of its
+# own) and tests/dap/ (a Debug Adapter Protocol client). Reinstalled only when a lock file changed since
+# its last install.
+root=$(cd "$(dirname "$0")/.." && pwd)
+for nodeTests in "$root/tests/viewer" "$root/tests/dap"; do
+  if [ -f "$nodeTests/package-lock.json" ] && \
+     ! cmp -s "$nodeTests/package-lock.json" "$nodeTests/node_modules/.installed-lock.json"; then
+    echo "setup: npm ci in ${nodeTests#"$root"/}"
+    (cd "$nodeTests" && npm ci --no-audit --no-fund --ignore-scripts &&
+     cp package-lock.json node_modules/.installed-lock.json)
+  fi
+done
