@@ -2,28 +2,15 @@
 # node, the npm packages that scripts/setup.sh installs into tests/dap/node_modules, and the two programs;
 # without one of them the test is still listed, and reports itself skipped with the reason.
 set(TOV_DAP_TEST_DIR ${CMAKE_CURRENT_SOURCE_DIR}/dap)
-find_program(TOV_NODE node)
 set(TOV_DAP_MISSING "")
-if(NOT TOV_NODE)
-  set(TOV_DAP_MISSING "node is not installed")
-elseif(NOT EXISTS ${TOV_DAP_TEST_DIR}/node_modules/@vscode/debugadapter-testsupport/package.json)
+if(NOT EXISTS ${TOV_DAP_TEST_DIR}/node_modules/@vscode/debugadapter-testsupport/package.json)
   set(TOV_DAP_MISSING "the npm packages of tests/dap are not installed (scripts/setup.sh)")
 elseif(NOT TOV_BUILD_APPS OR NOT EXISTS ${PROJECT_SOURCE_DIR}/apps/demo/CMakeLists.txt
        OR NOT EXISTS ${PROJECT_SOURCE_DIR}/apps/dap/CMakeLists.txt)
   set(TOV_DAP_MISSING "tov-demo and tov-dap are not built here (TOV_BUILD_APPS is off)")
 endif()
-
-if(TOV_DAP_MISSING)
-  message(STATUS "tov_dap_client will report itself skipped: ${TOV_DAP_MISSING}")
-  add_test(NAME tov_dap_client COMMAND sh -c "echo 'skipped: ${TOV_DAP_MISSING}'; exit 77")
-  set_tests_properties(tov_dap_client PROPERTIES SKIP_RETURN_CODE 77)
-else()
-  add_test(NAME tov_dap_client
-           COMMAND ${TOV_NODE} --test --test-reporter=spec dap.test.mjs
-           WORKING_DIRECTORY ${TOV_DAP_TEST_DIR})
-  set_tests_properties(tov_dap_client PROPERTIES TIMEOUT 90
-    ENVIRONMENT "TOV_DEMO=$<TARGET_FILE:tov-demo>;TOV_DAP=$<TARGET_FILE:tov-dap>")
-endif()
+tov_add_node_test(tov_dap_client DIRECTORY ${TOV_DAP_TEST_DIR} SCRIPT dap.test.mjs MISSING "${TOV_DAP_MISSING}"
+  TIMEOUT 90 ENVIRONMENT TOV_DEMO=$<TARGET_FILE:tov-demo> TOV_DAP=$<TARGET_FILE:tov-dap>)
 
 # The adapter's framing, fed in every size of piece and with the malformed streams it must live through.
 if(TOV_BUILD_APPS AND EXISTS ${PROJECT_SOURCE_DIR}/apps/dap/CMakeLists.txt)
