@@ -3,6 +3,9 @@
 #include <tov/utils/Logging.h>
 #include <tov/utils/debugger/impl/HTTPConnection.h>
 
+#include <cstdio>
+#include <cstring>
+
 
 namespace tov {
 namespace utils {
@@ -105,15 +108,23 @@ void JsonHttpReply::sendStatus(unsigned int statusIndex)
 void JsonHttpReply::sendStatus(unsigned int code, const char* reasonPhrase, const char* extraHeaders)
 {
     const String body = buffer.getText();
-    OStringStream reply;
-    reply << "HTTP/1.1 " << code << ' ' << reasonPhrase << "\r\n"
-          << "Content-Type: application/" << (body.empty() ? "text" : "json") << "; charset=utf-8\r\n"
-          << "Content-Length: " << body.size() << "\r\n"
-          << "Connection: close\r\n"
-          << headerLines << extraHeaders << "\r\n"
-          << body;
-    const String text = reply.str();
-    connection.write(text.data(), static_cast<unsigned int>(text.size()));
+    char head[256];
+    const int headLength = std::snprintf(head, sizeof(head),
+                                         "HTTP/1.1 %u %.100s\r\n"
+                                         "Content-Type: application/%s; charset=utf-8\r\n"
+                                         "Content-Length: %u\r\n"
+                                         "Connection: close\r\n",
+                                         code, reasonPhrase, body.empty() ? "text" : "json",
+                                         static_cast<unsigned int>(body.size()));
+    const std::size_t extraLength = std::strlen(extraHeaders);
+    String reply;
+    reply.reserve(static_cast<std::size_t>(headLength) + headerLines.size() + extraLength + 2 + body.size());
+    reply.append(head, static_cast<std::size_t>(headLength));
+    reply += headerLines;
+    reply.append(extraHeaders, extraLength);
+    reply += "\r\n";
+    reply += body;
+    connection.write(reply.data(), static_cast<unsigned int>(reply.size()));
     buffer.clearState();
 }
 
