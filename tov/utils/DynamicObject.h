@@ -200,6 +200,14 @@ public:
 
 private:
     friend class DynamicObjectIterator;
+    friend class DynamicObjectBuilder;
+
+    // For the builder, which has checked the kind of the container and the key: the element after the
+    // last of an array (null, or an array of none) in one step where resize and getChild take several;
+    // 0 with `full` set at the largest size, 0 alone for a property of another kind.
+    unsigned int appendElement(unsigned int array, bool& full);
+    // doAddChild without the checks of addChild, which the builder has made.
+    unsigned int addCheckedChild(unsigned int parent, const char* name, unsigned int length);
 
     details::DynamicObjectNode* getNode(unsigned int handle) const;
     // getNode without the report of a handle beyond the blocks (null then), inlined into the loops that

@@ -105,7 +105,7 @@ bool DynamicObjectBuilder::objectChild(const char* key, unsigned int length)
     if (!impl::isValidChildKey(key, length)) {
         return reportChildFailure(key, length);
     }
-    const unsigned int child = object.addChild(current, key, length);
+    const unsigned int child = object.addCheckedChild(current, key, length);
     if (child == 0) {
         return reportChildFailure(key, length);
     }
@@ -131,20 +131,21 @@ bool DynamicObjectBuilder::arrayChild()
         return false;
     }
     const unsigned int current = properties.back();
-    if (types.back() != type::array || !object.isTypeCompatible(current, type::array)) {
-        TOV_LOG_ERROR(getLogger(), error::invalidOperation, notAnArray);
-        return false;
-    }
-    const unsigned int count = object.countChildren(current);
-    // resize refuses the element that would make the array reach its maximum size; going on would push
-    // a missing element, whose first write asserts.
-    if (count + 1 >= DynamicObject::getMaximumArraySize() || !object.resize(current, count + 1)) {
+    bool full = false;
+    const unsigned int child = types.back() == type::array ? object.appendElement(current, full) : 0;
+    if (full) {
+        // The element that would make the array reach its maximum size is refused; going on would push a
+        // missing element, whose first write asserts.
         TOV_LOG_ERROR(getLogger(), error::invalidOperation,
                       "The current array property (" << current << ") reached its maximum size: "
                                                      << DynamicObject::getMaximumArraySize() << ".");
         return false;
     }
-    properties.push_back(object.getChild(current, count));
+    if (child == 0) {
+        TOV_LOG_ERROR(getLogger(), error::invalidOperation, notAnArray);
+        return false;
+    }
+    properties.push_back(child);
     types.push_back(type::null);
     return true;
 }

@@ -275,6 +275,36 @@ bool DynamicObject::resize(unsigned int property, unsigned int size)
     return true;
 }
 
+unsigned int DynamicObject::appendElement(unsigned int array, bool& full)
+{
+    full = false;
+    DynamicObjectNode* value = findValueNode(array);
+    if (value == nullptr || (value->leaf.type != type::null && value->leaf.type != type::array)) {
+        return 0;
+    }
+    const unsigned int count = value->leaf.type == type::array ? static_cast<unsigned int>(value->leaf.value.bits) : 0;
+    if (count + 1 >= getMaximumArraySize()) {
+        full = true;
+        return 0;
+    }
+    // The nodes that resize(array, count + 1) would make, in the same order; the split node that
+    // addProperty ends on is the one getChild would search for.
+    value->leaf.value.bits = count + 1;
+    value->leaf.type = type::array;
+    char key[arrayKeyCapacity];
+    const unsigned int keyLength = formatArrayKey(key, count);
+    bool inserted;
+    unsigned int element = 0;
+    unsigned int elementValue;
+    addProperty(array, key, keyLength, inserted, element, elementValue);
+    return element;
+}
+
+unsigned int DynamicObject::addCheckedChild(unsigned int parent, const char* name, unsigned int length)
+{
+    return doAddChild(parent, name, length);
+}
+
 bool DynamicObject::resize(const char* key, unsigned int size)
 {
     return resize(key, lengthOf(key), size);
