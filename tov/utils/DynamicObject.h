@@ -206,8 +206,9 @@ private:
     // last of an array (null, or an array of none) in one step where resize and getChild take several;
     // 0 with `full` set at the largest size, 0 alone for a property of another kind.
     unsigned int appendElement(unsigned int array, bool& full);
-    // doAddChild without the checks of addChild, which the builder has made.
-    unsigned int addCheckedChild(unsigned int parent, const char* name, unsigned int length);
+    // addChild for the builder, with its checks done on the one reading of the parent's value: 0 with
+    // `notObject` set for a parent of another kind, 0 alone for a name that addChild would refuse.
+    unsigned int addCheckedChild(unsigned int parent, const char* name, unsigned int length, bool& notObject);
 
     details::DynamicObjectNode* getNode(unsigned int handle) const;
     // getNode without the report of a handle beyond the blocks (null then), inlined into the loops that
@@ -229,7 +230,9 @@ private:
     bool eraseProperty(unsigned int start, const char* key, unsigned int length);
     bool eraseProperty(unsigned int* link, const char* key, unsigned int length, bool& matchErased);
     void addRootProperty();
-    unsigned int doAddChild(unsigned int parent, const char* key, unsigned int length);
+    // `parentValue`, the parent's value node when the caller has it at hand, spares looking it up again.
+    unsigned int doAddChild(unsigned int parent, const char* key, unsigned int length,
+                            details::DynamicObjectNode* parentValue = nullptr);
     unsigned int getChildRecursive(unsigned int handle, unsigned int target, unsigned int& nbChildrenParsed,
                                    bool insideName, bool isStart, unsigned int parent) const;
     bool checkKey(const char* key, unsigned int length) const;

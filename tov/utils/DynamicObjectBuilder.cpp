@@ -95,17 +95,14 @@ bool DynamicObjectBuilder::objectChild(const char* key, unsigned int length)
     }
     const unsigned int current = properties.back();
     // The property itself is checked too: a key given twice may have made it a value of another kind,
-    // and adding a child to that would assert.
-    if (types.back() != type::object || !object.isTypeCompatible(current, type::object)) {
+    // and adding a child to that would assert. Keys come from outside (JSON, saved files, queries): one
+    // that addChild would refuse is refused, before its assertion can end the host.
+    bool notObject = types.back() != type::object;
+    const unsigned int child = notObject ? 0 : object.addCheckedChild(current, key, length, notObject);
+    if (notObject) {
         TOV_LOG_ERROR(getLogger(), error::invalidOperation, notAnObject);
         return false;
     }
-    // Keys come from outside (JSON, saved files, queries): one that addChild would refuse is refused here,
-    // before its assertion can end the host.
-    if (!impl::isValidChildKey(key, length)) {
-        return reportChildFailure(key, length);
-    }
-    const unsigned int child = object.addCheckedChild(current, key, length);
     if (child == 0) {
         return reportChildFailure(key, length);
     }

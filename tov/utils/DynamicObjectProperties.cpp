@@ -300,9 +300,15 @@ unsigned int DynamicObject::appendElement(unsigned int array, bool& full)
     return element;
 }
 
-unsigned int DynamicObject::addCheckedChild(unsigned int parent, const char* name, unsigned int length)
+unsigned int DynamicObject::addCheckedChild(unsigned int parent, const char* name, unsigned int length,
+                                            bool& notObject)
 {
-    return doAddChild(parent, name, length);
+    DynamicObjectNode* value = findValueNode(parent);
+    notObject = value == nullptr || (value->leaf.type != type::null && value->leaf.type != type::object);
+    if (notObject || !checkKey(name, length)) {
+        return 0;
+    }
+    return doAddChild(parent, name, length, value);
 }
 
 bool DynamicObject::resize(const char* key, unsigned int size)
