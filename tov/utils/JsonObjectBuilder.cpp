@@ -139,7 +139,15 @@ bool JsonObjectBuilder::boolean(bool value)
 
 bool JsonObjectBuilder::integer(long long value)
 {
-    return checkRoot() && accept(yajl_gen_integer(implementation->generator, value), getLogger());
+    if (!checkRoot()) {
+        return false;
+    }
+    // The text of yajl_gen_integer ("%lld"), made by std::to_chars and handed over as a number: the
+    // generator checks its state for a number as it does for an integer.
+    char text[24];
+    const std::to_chars_result written = std::to_chars(text, text + sizeof text, value);
+    return accept(yajl_gen_number(implementation->generator, text, static_cast<std::size_t>(written.ptr - text)),
+                  getLogger());
 }
 
 bool JsonObjectBuilder::real(double value)
