@@ -96,6 +96,9 @@ public:
     // The children of an object are counted by a walk, so a loop over them by index is quadratic: use
     // DynamicObjectIterator instead. Pass an index of 0 as 0u.
     unsigned int getChild(unsigned int property, unsigned int index) const;
+    // getChild(array, i) for every i below `count` (less than getMaximumArraySize()), in one walk of the
+    // array's nodes where a loop of getChild descends once per element: 0 where getChild gives 0.
+    void getElements(unsigned int array, unsigned int* elements, unsigned int count) const;
     unsigned int getChild(const char* key, unsigned int index) const;
     unsigned int getChild(const char* key, unsigned int length, unsigned int index) const;
     // The child `name` (which may be a path below the parent); 0 when missing or when `name` is empty.
@@ -233,6 +236,8 @@ private:
     // `parentValue`, the parent's value node when the caller has it at hand, spares looking it up again.
     unsigned int doAddChild(unsigned int parent, const char* key, unsigned int length,
                             details::DynamicObjectNode* parentValue = nullptr);
+    void collectElements(unsigned int level, unsigned int index, unsigned int digits, unsigned int* elements,
+                         unsigned int count) const;
     unsigned int getChildRecursive(unsigned int handle, unsigned int target, unsigned int& nbChildrenParsed,
                                    bool insideName, bool isStart, unsigned int parent) const;
     bool checkKey(const char* key, unsigned int length) const;

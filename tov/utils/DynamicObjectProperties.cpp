@@ -354,6 +354,65 @@ unsigned int DynamicObject::getChild(unsigned int property, unsigned int index) 
     return 0;
 }
 
+void DynamicObject::getElements(unsigned int array, unsigned int* elements, unsigned int count) const
+{
+    std::fill(elements, elements + count, 0u);
+    if (count == 0 || getType(array) != type::array) {
+        return;
+    }
+    // The "[" of the array's keys, searched from its split node as getChild's descent searches it.
+    unsigned int level = array;
+    while (level != 0) {
+        const DynamicObjectNode* node = getNode(level);
+        if (node == nullptr || node->trie.isValue) {
+            return;
+        }
+        if (node->trie.splitChar == '[') {
+            collectElements(node->trie.equal, 0, 0, elements, count);
+            return;
+        }
+        level = '[' < node->trie.splitChar ? node->trie.less : node->trie.greater;
+    }
+}
+
+void DynamicObject::collectElements(unsigned int level, unsigned int index, unsigned int digits,
+                                    unsigned int* elements, unsigned int count) const
+{
+    // Every key "[digits]" below the "[", in the form formatArrayKey writes (no leading zero, five digits
+    // at most): the split node after its "]", found as findNode finds it, is element `digits`.
+    while (level != 0) {
+        const DynamicObjectNode* node = getNode(level);
+        if (node == nullptr || node->trie.isValue) {
+            return;
+        }
+        if (node->trie.less != 0) {
+            collectElements(node->trie.less, index, digits, elements, count);
+        }
+        const signed char c = node->trie.splitChar;
+        if (c >= '0' && c <= '9') {
+            if (digits < 5 && !(digits != 0 && index == 0)) {
+                collectElements(node->trie.equal, index * 10 + static_cast<unsigned int>(c - '0'), digits + 1,
+                                elements, count);
+            }
+        } else if (c == ']' && digits != 0 && index < count) {
+            unsigned int element = node->trie.equal;
+            while (element != 0) {
+                const DynamicObjectNode* candidate = getNode(element);
+                if (candidate == nullptr) {
+                    element = 0;
+                    break;
+                }
+                if (candidate->trie.splitChar == 0) {
+                    break;
+                }
+                element = candidate->trie.splitChar > 0 ? candidate->trie.less : candidate->trie.greater;
+            }
+            elements[index] = element;
+        }
+        level = node->trie.greater;
+    }
+}
+
 unsigned int DynamicObject::getChild(const char* key, unsigned int index) const
 {
     return getChild(key, lengthOf(key), index);

@@ -36,9 +36,19 @@ bool serializeArray(const DynamicObject& object, unsigned int property, Abstract
     if (!builder.beginArray()) {
         return false;
     }
+    // The elements are found in one walk of the array's nodes; the short arrays, most of them, keep them
+    // on the stack.
     const unsigned int count = object.countChildren(property);
+    unsigned int shortList[16];
+    Vector<unsigned int> longList;
+    unsigned int* elements = shortList;
+    if (count > sizeof shortList / sizeof shortList[0]) {
+        longList.resize(count);
+        elements = longList.data();
+    }
+    object.getElements(property, elements, count);
     for (unsigned int index = 0; index < count; ++index) {
-        if (!builder.arrayChild() || !serializeProperty(object, object.getChild(property, index), builder)) {
+        if (!builder.arrayChild() || !serializeProperty(object, elements[index], builder)) {
             return false;
         }
     }
