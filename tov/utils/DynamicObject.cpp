@@ -423,7 +423,7 @@ void DynamicObject::addRootProperty()
 }
 
 unsigned int DynamicObject::doAddChild(unsigned int parent, const char* key, unsigned int length,
-                                       DynamicObjectNode* parentValue)
+                                       DynamicObjectNode* parentValue, unsigned int* childValueOut)
 {
     TOV_ASSERT(key != nullptr, "Null string given as a key");
     if (key == nullptr || length == 0) {
@@ -458,6 +458,9 @@ unsigned int DynamicObject::doAddChild(unsigned int parent, const char* key, uns
         value = addProperty(start, key, length, inserted, child, childValue);
     }
     TOV_ASSERT(value != nullptr, "Unable to add a child.");
+    if (childValueOut != nullptr) {
+        *childValueOut = childValue;
+    }
     if (inserted) {
         if (parentValue == nullptr) {
             parentValue = findValueNode(parent);

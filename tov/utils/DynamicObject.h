@@ -208,10 +208,16 @@ private:
     // For the builder, which has checked the kind of the container and the key: the element after the
     // last of an array (null, or an array of none) in one step where resize and getChild take several;
     // 0 with `full` set at the largest size, 0 alone for a property of another kind.
-    unsigned int appendElement(unsigned int array, bool& full);
+    // `elementValue` is the new element's value node.
+    unsigned int appendElement(unsigned int array, bool& full, unsigned int& elementValue);
     // addChild for the builder, with its checks done on the one reading of the parent's value: 0 with
     // `notObject` set for a parent of another kind, 0 alone for a name that addChild would refuse.
-    unsigned int addCheckedChild(unsigned int parent, const char* name, unsigned int length, bool& notObject);
+    // `childValue` is the child's value node.
+    unsigned int addCheckedChild(unsigned int parent, const char* name, unsigned int length, bool& notObject,
+                                 unsigned int& childValue);
+    // A scalar written straight into a value node, as the setters write it, when the node holds no
+    // children, the case of every value a producer sends once; false, with nothing written, otherwise.
+    bool writeScalar(unsigned int valueHandle, type::Type type, unsigned long long bits);
 
     details::DynamicObjectNode* getNode(unsigned int handle) const;
     // getNode without the report of a handle beyond the blocks (null then), inlined into the loops that
@@ -234,8 +240,9 @@ private:
     bool eraseProperty(unsigned int* link, const char* key, unsigned int length, bool& matchErased);
     void addRootProperty();
     // `parentValue`, the parent's value node when the caller has it at hand, spares looking it up again.
+    // `childValue`, when given, receives the child's value node.
     unsigned int doAddChild(unsigned int parent, const char* key, unsigned int length,
-                            details::DynamicObjectNode* parentValue = nullptr);
+                            details::DynamicObjectNode* parentValue = nullptr, unsigned int* childValue = nullptr);
     void collectElements(unsigned int level, unsigned int index, unsigned int digits, unsigned int* elements,
                          unsigned int count) const;
     unsigned int getChildRecursive(unsigned int handle, unsigned int target, unsigned int& nbChildrenParsed,

@@ -275,9 +275,10 @@ bool DynamicObject::resize(unsigned int property, unsigned int size)
     return true;
 }
 
-unsigned int DynamicObject::appendElement(unsigned int array, bool& full)
+unsigned int DynamicObject::appendElement(unsigned int array, bool& full, unsigned int& elementValue)
 {
     full = false;
+    elementValue = 0;
     DynamicObjectNode* value = findValueNode(array);
     if (value == nullptr || (value->leaf.type != type::null && value->leaf.type != type::array)) {
         return 0;
@@ -295,20 +296,32 @@ unsigned int DynamicObject::appendElement(unsigned int array, bool& full)
     const unsigned int keyLength = formatArrayKey(key, count);
     bool inserted;
     unsigned int element = 0;
-    unsigned int elementValue;
     addProperty(array, key, keyLength, inserted, element, elementValue);
     return element;
 }
 
 unsigned int DynamicObject::addCheckedChild(unsigned int parent, const char* name, unsigned int length,
-                                            bool& notObject)
+                                            bool& notObject, unsigned int& childValue)
 {
+    childValue = 0;
     DynamicObjectNode* value = findValueNode(parent);
     notObject = value == nullptr || (value->leaf.type != type::null && value->leaf.type != type::object);
     if (notObject || !checkKey(name, length)) {
         return 0;
     }
-    return doAddChild(parent, name, length, value);
+    return doAddChild(parent, name, length, value, &childValue);
+}
+
+bool DynamicObject::writeScalar(unsigned int valueHandle, type::Type type, unsigned long long bits)
+{
+    DynamicObjectNode* value = getNode(valueHandle);
+    if (value == nullptr || !value->leaf.isValue ||
+        ((value->leaf.type == type::array || value->leaf.type == type::object) && value->leaf.value.bits > 0)) {
+        return false;
+    }
+    value->leaf.type = static_cast<unsigned char>(type);
+    value->leaf.value.bits = bits;
+    return true;
 }
 
 bool DynamicObject::resize(const char* key, unsigned int size)
