@@ -37,6 +37,8 @@ public:
     template <typename Make>
     bool insertIfAbsent(unsigned long long key, Make make);
     void clear();
+    // Room for `count` entries, so that filling a table of a known size takes its entries in one block.
+    void reserveEntries(unsigned int count);
     bool empty() const;
     unsigned int size() const;
     unsigned int countBuckets() const;

@@ -85,6 +85,12 @@ void HashTable<T>::clear()
 }
 
 template <typename T>
+void HashTable<T>::reserveEntries(unsigned int count)
+{
+    entries.reserve(count);
+}
+
+template <typename T>
 bool HashTable<T>::empty() const
 {
     return entries.empty();

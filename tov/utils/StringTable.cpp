@@ -206,6 +206,8 @@ unsigned long long StringTable::computeHash(const char* text, unsigned int lengt
 
 void StringTable::copyEntries(const StringTable& other)
 {
+    // A copy knows its size: its entries take one block of exactly that many.
+    table.reserveEntries(other.table.size());
     for (const auto& entry : other.table) {
         String* stored = pool.obtain();
         *stored = *entry.value;
