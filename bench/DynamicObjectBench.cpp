@@ -115,6 +115,19 @@ void buildNlohmann(Json& json)
     }
 }
 
+// What a user of nlohmann writes with the path known at compile time: one chained lookup per level.
+void buildNlohmannChained(nlohmann::json& json)
+{
+    for (unsigned int i = 0; i < recordCount; ++i) {
+        json["items"][i]["name"] = nameOf(i);
+        json["items"][i]["id"] = i;
+        json["items"][i]["active"] = i % 2 == 0;
+        json["items"][i]["pos"]["x"] = coordinate(i, X);
+        json["items"][i]["pos"]["y"] = coordinate(i, Y);
+        json["items"][i]["pos"]["z"] = coordinate(i, Z);
+    }
+}
+
 template <typename Document>
 void buildRapidJson(Document& document)
 {
@@ -173,6 +186,7 @@ void BuildByPathTov(benchmark::State& state)
         benchmark::DoNotOptimize(object.getRoot());
     }
     state.SetItemsProcessed(state.iterations() * recordCount * valuesPerRecord);
+    state.counters["target:nlohmann by chained keys"] = 0.5;
 }
 
 void BuildByPathNlohmann(benchmark::State& state)
@@ -180,6 +194,16 @@ void BuildByPathNlohmann(benchmark::State& state)
     for (auto _ : state) {
         nlohmann::json json;
         buildNlohmann(json);
+        benchmark::DoNotOptimize(json.size());
+    }
+    state.SetItemsProcessed(state.iterations() * recordCount * valuesPerRecord);
+}
+
+void BuildByChainedKeysNlohmann(benchmark::State& state)
+{
+    for (auto _ : state) {
+        nlohmann::json json;
+        buildNlohmannChained(json);
         benchmark::DoNotOptimize(json.size());
     }
     state.SetItemsProcessed(state.iterations() * recordCount * valuesPerRecord);
@@ -254,6 +278,7 @@ void FullWalkTov(benchmark::State& state)
         }
         benchmark::DoNotOptimize(seen);
     }
+    state.counters["target:nlohmann"] = 0.5;
 }
 
 std::size_t walk(const nlohmann::json& json)
@@ -470,6 +495,9 @@ void BytesPerValueRapidJson(benchmark::State& state)
 
 BENCHMARK(BuildByPathTov)->Name("build 10000 records by path|tov")->Unit(benchmark::kMillisecond);
 BENCHMARK(BuildByPathNlohmann)->Name("build 10000 records by path|nlohmann")->Unit(benchmark::kMillisecond);
+BENCHMARK(BuildByChainedKeysNlohmann)
+    ->Name("build 10000 records by path|nlohmann by chained keys")
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(BuildByPathRapidJson)->Name("build 10000 records by path|rapidjson")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(ReadByPathTov, spread, false)->Name("read 1024 values by run-time path|tov")->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(ReadByPathNlohmann, spread, false)

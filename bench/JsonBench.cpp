@@ -129,7 +129,17 @@ void feedGenerator(yajl_gen generator, const std::vector<Event>& events)
     }
 }
 
-void parseTov(benchmark::State& state, const std::string& text)
+// What this library must reach against each peer, by document: canada is almost all reals in arrays of
+// two, where the trie's steps for every element weigh most, and where the bare generator spends its time
+// in sprintf, which this library's writer must beat.
+struct Targets {
+    double parseNlohmann;
+    double writeYajl;
+};
+
+const Targets targets[] = {{0.8, 1.5}, {1.0, 1.0 / 1.5}, {1.0, 1.0 / 1.5}};
+
+void parseTov(benchmark::State& state, const std::string& text, Targets wanted)
 {
     for (auto _ : state) {
         DynamicObject object;
@@ -138,7 +148,7 @@ void parseTov(benchmark::State& state, const std::string& text)
         benchmark::DoNotOptimize(object.getRoot());
     }
     state.SetBytesProcessed(state.iterations() * static_cast<long long>(text.size()));
-    state.counters["target:nlohmann"] = 1.0;
+    state.counters["target:nlohmann"] = wanted.parseNlohmann;
     state.counters["target:yajl"] = 1.0 / 2.5;
 }
 
@@ -171,7 +181,7 @@ void parseBareYajl(benchmark::State& state, const std::string& text)
     state.SetBytesProcessed(state.iterations() * static_cast<long long>(text.size()));
 }
 
-void writeTov(benchmark::State& state, const std::string& text)
+void writeTov(benchmark::State& state, const std::string& text, Targets wanted)
 {
     DynamicObject object;
     TextInput input(text);
@@ -183,7 +193,7 @@ void writeTov(benchmark::State& state, const std::string& text)
     }
     state.SetBytesProcessed(state.iterations() * static_cast<long long>(text.size()));
     state.counters["target:nlohmann"] = 1.0;
-    state.counters["target:yajl"] = 1.0 / 1.5;
+    state.counters["target:yajl"] = wanted.writeYajl;
 }
 
 void writeNlohmann(benchmark::State& state, const std::string& text)
@@ -241,11 +251,11 @@ void registerAll()
         const std::string parse = std::string("JSON parse ") + documents[i] + "|";
         const std::string write = std::string("JSON write ") + documents[i] + "|";
         const std::string& text = texts[i];
-        benchmark::RegisterBenchmark((parse + "tov").c_str(), parseTov, text);
+        benchmark::RegisterBenchmark((parse + "tov").c_str(), parseTov, text, targets[i]);
         benchmark::RegisterBenchmark((parse + "nlohmann").c_str(), parseNlohmann, text);
         benchmark::RegisterBenchmark((parse + "rapidjson").c_str(), parseRapidJson, text);
         benchmark::RegisterBenchmark((parse + "yajl").c_str(), parseBareYajl, text);
-        benchmark::RegisterBenchmark((write + "tov").c_str(), writeTov, text);
+        benchmark::RegisterBenchmark((write + "tov").c_str(), writeTov, text, targets[i]);
         benchmark::RegisterBenchmark((write + "nlohmann").c_str(), writeNlohmann, text);
         benchmark::RegisterBenchmark((write + "rapidjson").c_str(), writeRapidJson, text);
         benchmark::RegisterBenchmark((write + "yajl").c_str(), writeBareYajl, text);

@@ -210,6 +210,30 @@ TEST_F(DynamicObjectPropertiesTest, ErasingAnElementShiftsContentAndKeepsHandles
     EXPECT_EQ("Not an array.", assertionOf([&] { object.eraseChild("i", 0u); }));
 }
 
+TEST_F(DynamicObjectPropertiesTest, ElementsInOneWalkAreThoseOfGetChild)
+{
+    // Elements whose keys share digits, one with children, a sibling that extends the array's name, and a
+    // count beyond the elements; then an element erased, as the writers meet arrays.
+    for (unsigned int i = 0; i < 23; ++i) {
+        object.setInt(("list[" + std::to_string(i) + "]").c_str(), i);
+    }
+    object.resetProperty("list[12]");
+    object.setInt("list[12].x", 1);
+    object.setInt("list-b", 2);
+    const unsigned int list = object.getProperty("list");
+    for (int round = 0; round < 2; ++round) {
+        unsigned int elements[26];
+        object.getElements(list, elements, 26);
+        for (unsigned int i = 0; i < 26; ++i) {
+            EXPECT_EQ(object.getChild(list, i), elements[i]) << i;
+        }
+        ASSERT_TRUE(object.eraseChild(list, 5u));
+    }
+    unsigned int none[2] = {7, 7};
+    object.getElements(object.getProperty("list-b"), none, 2);
+    EXPECT_EQ(0u, none[0] + none[1]);
+}
+
 TEST_F(DynamicObjectPropertiesTest, ErasingChildrenByName)
 {
     object.setInt("o.a", 1);

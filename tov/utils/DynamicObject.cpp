@@ -422,7 +422,8 @@ void DynamicObject::addRootProperty()
     rootSplitNode->trie.equal = rootValue;
 }
 
-unsigned int DynamicObject::doAddChild(unsigned int parent, const char* key, unsigned int length)
+unsigned int DynamicObject::doAddChild(unsigned int parent, const char* key, unsigned int length,
+                                       DynamicObjectNode* parentValue, unsigned int* childValueOut)
 {
     TOV_ASSERT(key != nullptr, "Null string given as a key");
     if (key == nullptr || length == 0) {
@@ -457,8 +458,13 @@ unsigned int DynamicObject::doAddChild(unsigned int parent, const char* key, uns
         value = addProperty(start, key, length, inserted, child, childValue);
     }
     TOV_ASSERT(value != nullptr, "Unable to add a child.");
+    if (childValueOut != nullptr) {
+        *childValueOut = childValue;
+    }
     if (inserted) {
-        DynamicObjectNode* parentValue = findValueNode(parent);
+        if (parentValue == nullptr) {
+            parentValue = findValueNode(parent);
+        }
         TOV_ASSERT(parentValue != nullptr, "Invalid property");
         if (parentValue != nullptr) {
             parentValue->leaf.value.bits += 1;

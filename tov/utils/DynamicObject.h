@@ -96,6 +96,9 @@ public:
     // The children of an object are counted by a walk, so a loop over them by index is quadratic: use
     // DynamicObjectIterator instead. Pass an index of 0 as 0u.
     unsigned int getChild(unsigned int property, unsigned int index) const;
+    // getChild(array, i) for every i below `count` (less than getMaximumArraySize()), in one walk of the
+    // array's nodes where a loop of getChild descends once per element: 0 where getChild gives 0.
+    void getElements(unsigned int array, unsigned int* elements, unsigned int count) const;
     unsigned int getChild(const char* key, unsigned int index) const;
     unsigned int getChild(const char* key, unsigned int length, unsigned int index) const;
     // The child `name` (which may be a path below the parent); 0 when missing or when `name` is empty.
@@ -200,6 +203,21 @@ public:
 
 private:
     friend class DynamicObjectIterator;
+    friend class DynamicObjectBuilder;
+
+    // For the builder, which has checked the kind of the container and the key: the element after the
+    // last of an array (null, or an array of none) in one step where resize and getChild take several;
+    // 0 with `full` set at the largest size, 0 alone for a property of another kind.
+    // `elementValue` is the new element's value node.
+    unsigned int appendElement(unsigned int array, bool& full, unsigned int& elementValue);
+    // addChild for the builder, with its checks done on the one reading of the parent's value: 0 with
+    // `notObject` set for a parent of another kind, 0 alone for a name that addChild would refuse.
+    // `childValue` is the child's value node.
+    unsigned int addCheckedChild(unsigned int parent, const char* name, unsigned int length, bool& notObject,
+                                 unsigned int& childValue);
+    // A scalar written straight into a value node, as the setters write it, when the node holds no
+    // children, the case of every value a producer sends once; false, with nothing written, otherwise.
+    bool writeScalar(unsigned int valueHandle, type::Type type, unsigned long long bits);
 
     details::DynamicObjectNode* getNode(unsigned int handle) const;
     // getNode without the report of a handle beyond the blocks (null then), inlined into the loops that
@@ -221,7 +239,12 @@ private:
     bool eraseProperty(unsigned int start, const char* key, unsigned int length);
     bool eraseProperty(unsigned int* link, const char* key, unsigned int length, bool& matchErased);
     void addRootProperty();
-    unsigned int doAddChild(unsigned int parent, const char* key, unsigned int length);
+    // `parentValue`, the parent's value node when the caller has it at hand, spares looking it up again.
+    // `childValue`, when given, receives the child's value node.
+    unsigned int doAddChild(unsigned int parent, const char* key, unsigned int length,
+                            details::DynamicObjectNode* parentValue = nullptr, unsigned int* childValue = nullptr);
+    void collectElements(unsigned int level, unsigned int index, unsigned int digits, unsigned int* elements,
+                         unsigned int count) const;
     unsigned int getChildRecursive(unsigned int handle, unsigned int target, unsigned int& nbChildrenParsed,
                                    bool insideName, bool isStart, unsigned int parent) const;
     bool checkKey(const char* key, unsigned int length) const;

@@ -4,7 +4,10 @@
 #include <tov/utils/DynamicObject.h>
 #include <tov/utils/Logging.h>
 #include <tov/utils/String.h>
+#include <tov/utils/StringTable.h>
 #include <tov/utils/impl/DynamicKey.h>
+
+#include <cstring>
 
 namespace tov {
 namespace utils {
@@ -22,6 +25,7 @@ DynamicObjectBuilder::DynamicObjectBuilder(DynamicObject& object, unsigned int p
 {
     const unsigned int target = property != 0 ? property : object.getRoot();
     properties.push_back(target);
+    values.push_back(0);
     types.push_back(object.getType(target));
 }
 
@@ -42,7 +46,9 @@ bool DynamicObjectBuilder::null()
     if (!beginScalar(type::null)) {
         return false;
     }
-    object.resetProperty(properties.back());
+    if (!writeScalar(type::null, 0)) {
+        object.resetProperty(properties.back());
+    }
     return endScalar(type::null);
 }
 
@@ -51,7 +57,10 @@ bool DynamicObjectBuilder::boolean(bool value)
     if (!beginScalar(type::boolean)) {
         return false;
     }
-    object.setBool(properties.back(), value);
+    // Stored inverted, as the object stores booleans.
+    if (!writeScalar(type::boolean, value ? 0 : 1)) {
+        object.setBool(properties.back(), value);
+    }
     return endScalar(type::boolean);
 }
 
@@ -60,7 +69,9 @@ bool DynamicObjectBuilder::integer(long long value)
     if (!beginScalar(type::integer)) {
         return false;
     }
-    object.setInt(properties.back(), value);
+    if (!writeScalar(type::integer, static_cast<unsigned long long>(value))) {
+        object.setInt(properties.back(), value);
+    }
     return endScalar(type::integer);
 }
 
@@ -69,7 +80,11 @@ bool DynamicObjectBuilder::real(double value)
     if (!beginScalar(type::real)) {
         return false;
     }
-    object.setReal(properties.back(), value);
+    unsigned long long bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    if (!writeScalar(type::real, bits)) {
+        object.setReal(properties.back(), value);
+    }
     return endScalar(type::real);
 }
 
@@ -78,7 +93,10 @@ bool DynamicObjectBuilder::string(const char* text, unsigned int length)
     if (!beginScalar(type::string)) {
         return false;
     }
-    object.setString(properties.back(), text, length);
+    if (text == nullptr || values.back() == 0 ||
+        !writeScalar(type::string, object.getStringTable().add(text, length, nullptr))) {
+        object.setString(properties.back(), text, length);
+    }
     return endScalar(type::string);
 }
 
@@ -95,21 +113,20 @@ bool DynamicObjectBuilder::objectChild(const char* key, unsigned int length)
     }
     const unsigned int current = properties.back();
     // The property itself is checked too: a key given twice may have made it a value of another kind,
-    // and adding a child to that would assert.
-    if (types.back() != type::object || !object.isTypeCompatible(current, type::object)) {
+    // and adding a child to that would assert. Keys come from outside (JSON, saved files, queries): one
+    // that addChild would refuse is refused, before its assertion can end the host.
+    bool notObject = types.back() != type::object;
+    unsigned int childValue = 0;
+    const unsigned int child = notObject ? 0 : object.addCheckedChild(current, key, length, notObject, childValue);
+    if (notObject) {
         TOV_LOG_ERROR(getLogger(), error::invalidOperation, notAnObject);
         return false;
     }
-    // Keys come from outside (JSON, saved files, queries): one that addChild would refuse is refused here,
-    // before its assertion can end the host.
-    if (!impl::isValidChildKey(key, length)) {
-        return reportChildFailure(key, length);
-    }
-    const unsigned int child = object.addChild(current, key, length);
     if (child == 0) {
         return reportChildFailure(key, length);
     }
     properties.push_back(child);
+    values.push_back(childValue);
     types.push_back(type::null);
     return true;
 }
@@ -131,20 +148,23 @@ bool DynamicObjectBuilder::arrayChild()
         return false;
     }
     const unsigned int current = properties.back();
-    if (types.back() != type::array || !object.isTypeCompatible(current, type::array)) {
-        TOV_LOG_ERROR(getLogger(), error::invalidOperation, notAnArray);
-        return false;
-    }
-    const unsigned int count = object.countChildren(current);
-    // resize refuses the element that would make the array reach its maximum size; going on would push
-    // a missing element, whose first write asserts.
-    if (count + 1 >= DynamicObject::getMaximumArraySize() || !object.resize(current, count + 1)) {
+    bool full = false;
+    unsigned int childValue = 0;
+    const unsigned int child = types.back() == type::array ? object.appendElement(current, full, childValue) : 0;
+    if (full) {
+        // The element that would make the array reach its maximum size is refused; going on would push a
+        // missing element, whose first write asserts.
         TOV_LOG_ERROR(getLogger(), error::invalidOperation,
                       "The current array property (" << current << ") reached its maximum size: "
                                                      << DynamicObject::getMaximumArraySize() << ".");
         return false;
     }
-    properties.push_back(object.getChild(current, count));
+    if (child == 0) {
+        TOV_LOG_ERROR(getLogger(), error::invalidOperation, notAnArray);
+        return false;
+    }
+    properties.push_back(child);
+    values.push_back(childValue);
     types.push_back(type::null);
     return true;
 }
@@ -179,6 +199,7 @@ bool DynamicObjectBuilder::endProperty(type::Type type)
     }
     properties.pop_back();
     types.pop_back();
+    values.pop_back();
     return true;
 }
 
@@ -198,6 +219,11 @@ bool DynamicObjectBuilder::endScalar(type::Type type)
     types.back() = type;
     endProperty(type);
     return true;
+}
+
+bool DynamicObjectBuilder::writeScalar(type::Type type, unsigned long long bits)
+{
+    return values.back() != 0 && object.writeScalar(values.back(), type, bits);
 }
 
 bool DynamicObjectBuilder::reportChildFailure(const char* key, unsigned int length)

@@ -46,9 +46,15 @@ private:
     bool beginScalar(type::Type type);
     bool endScalar(type::Type type);
     bool reportChildFailure(const char* key, unsigned int length);
+    // Writes a scalar into the current property's value node when the builder knows it and it holds no
+    // children; false when the setter of the object has to do it.
+    bool writeScalar(type::Type type, unsigned long long bits);
 
     Vector<unsigned int> properties;
     Vector<type::Type> types;
+    // Beside each property, its value node when the builder made or found the property itself (0 for the
+    // target): a scalar then goes straight into it.
+    Vector<unsigned int> values;
     DynamicObject& object;
 };
 

@@ -275,6 +275,55 @@ bool DynamicObject::resize(unsigned int property, unsigned int size)
     return true;
 }
 
+unsigned int DynamicObject::appendElement(unsigned int array, bool& full, unsigned int& elementValue)
+{
+    full = false;
+    elementValue = 0;
+    DynamicObjectNode* value = findValueNode(array);
+    if (value == nullptr || (value->leaf.type != type::null && value->leaf.type != type::array)) {
+        return 0;
+    }
+    const unsigned int count = value->leaf.type == type::array ? static_cast<unsigned int>(value->leaf.value.bits) : 0;
+    if (count + 1 >= getMaximumArraySize()) {
+        full = true;
+        return 0;
+    }
+    // The nodes that resize(array, count + 1) would make, in the same order; the split node that
+    // addProperty ends on is the one getChild would search for.
+    value->leaf.value.bits = count + 1;
+    value->leaf.type = type::array;
+    char key[arrayKeyCapacity];
+    const unsigned int keyLength = formatArrayKey(key, count);
+    bool inserted;
+    unsigned int element = 0;
+    addProperty(array, key, keyLength, inserted, element, elementValue);
+    return element;
+}
+
+unsigned int DynamicObject::addCheckedChild(unsigned int parent, const char* name, unsigned int length,
+                                            bool& notObject, unsigned int& childValue)
+{
+    childValue = 0;
+    DynamicObjectNode* value = findValueNode(parent);
+    notObject = value == nullptr || (value->leaf.type != type::null && value->leaf.type != type::object);
+    if (notObject || !checkKey(name, length)) {
+        return 0;
+    }
+    return doAddChild(parent, name, length, value, &childValue);
+}
+
+bool DynamicObject::writeScalar(unsigned int valueHandle, type::Type type, unsigned long long bits)
+{
+    DynamicObjectNode* value = getNode(valueHandle);
+    if (value == nullptr || !value->leaf.isValue ||
+        ((value->leaf.type == type::array || value->leaf.type == type::object) && value->leaf.value.bits > 0)) {
+        return false;
+    }
+    value->leaf.type = static_cast<unsigned char>(type);
+    value->leaf.value.bits = bits;
+    return true;
+}
+
 bool DynamicObject::resize(const char* key, unsigned int size)
 {
     return resize(key, lengthOf(key), size);
@@ -316,6 +365,65 @@ unsigned int DynamicObject::getChild(unsigned int property, unsigned int index) 
     }
     TOV_ASSERT(false, static_cast<int>(type) << unknownTypeMessage);
     return 0;
+}
+
+void DynamicObject::getElements(unsigned int array, unsigned int* elements, unsigned int count) const
+{
+    std::fill(elements, elements + count, 0u);
+    if (count == 0 || getType(array) != type::array) {
+        return;
+    }
+    // The "[" of the array's keys, searched from its split node as getChild's descent searches it.
+    unsigned int level = array;
+    while (level != 0) {
+        const DynamicObjectNode* node = getNode(level);
+        if (node == nullptr || node->trie.isValue) {
+            return;
+        }
+        if (node->trie.splitChar == '[') {
+            collectElements(node->trie.equal, 0, 0, elements, count);
+            return;
+        }
+        level = '[' < node->trie.splitChar ? node->trie.less : node->trie.greater;
+    }
+}
+
+void DynamicObject::collectElements(unsigned int level, unsigned int index, unsigned int digits,
+                                    unsigned int* elements, unsigned int count) const
+{
+    // Every key "[digits]" below the "[", in the form formatArrayKey writes (no leading zero, five digits
+    // at most): the split node after its "]", found as findNode finds it, is element `digits`.
+    while (level != 0) {
+        const DynamicObjectNode* node = getNode(level);
+        if (node == nullptr || node->trie.isValue) {
+            return;
+        }
+        if (node->trie.less != 0) {
+            collectElements(node->trie.less, index, digits, elements, count);
+        }
+        const signed char c = node->trie.splitChar;
+        if (c >= '0' && c <= '9') {
+            if (digits < 5 && !(digits != 0 && index == 0)) {
+                collectElements(node->trie.equal, index * 10 + static_cast<unsigned int>(c - '0'), digits + 1,
+                                elements, count);
+            }
+        } else if (c == ']' && digits != 0 && index < count) {
+            unsigned int element = node->trie.equal;
+            while (element != 0) {
+                const DynamicObjectNode* candidate = getNode(element);
+                if (candidate == nullptr) {
+                    element = 0;
+                    break;
+                }
+                if (candidate->trie.splitChar == 0) {
+                    break;
+                }
+                element = candidate->trie.splitChar > 0 ? candidate->trie.less : candidate->trie.greater;
+            }
+            elements[index] = element;
+        }
+        level = node->trie.greater;
+    }
 }
 
 unsigned int DynamicObject::getChild(const char* key, unsigned int index) const

@@ -32,7 +32,13 @@ public:
     const T& get(unsigned long long key) const;
     // Adds an entry, or overwrites the value of the one with this key.
     void insert(unsigned long long key, const T& value);
+    // As insert with the value that `make()` gives, when the key is absent; false, without calling
+    // `make`, when it is present. One walk of the chain where has() and insert() take two.
+    template <typename Make>
+    bool insertIfAbsent(unsigned long long key, Make make);
     void clear();
+    // Room for `count` entries, so that filling a table of a known size takes its entries in one block.
+    void reserveEntries(unsigned int count);
     bool empty() const;
     unsigned int size() const;
     unsigned int countBuckets() const;
@@ -53,6 +59,7 @@ private:
     unsigned int findIndex(unsigned long long key) const;
     void append(const Location& location, unsigned long long key, const T& value);
     void grow();
+    void growWhenLoaded();
 
     Vector<Entry> entries;
     Vector<unsigned int> buckets;

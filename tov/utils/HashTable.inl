@@ -49,6 +49,28 @@ void HashTable<T>::insert(unsigned long long key, const T& value)
     } else {
         append(location, key, value);
     }
+    growWhenLoaded();
+}
+
+template <typename T>
+template <typename Make>
+bool HashTable<T>::insertIfAbsent(unsigned long long key, Make make)
+{
+    if (buckets.empty()) {
+        grow();
+    }
+    const Location location = locate(key);
+    if (location.index != NullIndex) {
+        return false;
+    }
+    append(location, key, make());
+    growWhenLoaded();
+    return true;
+}
+
+template <typename T>
+void HashTable<T>::growWhenLoaded()
+{
     const float load = static_cast<float>(static_cast<double>(entries.size()) / static_cast<double>(buckets.size()));
     if (load >= 0.7f) {
         grow();
@@ -60,6 +82,12 @@ void HashTable<T>::clear()
 {
     entries.clear();
     buckets.clear();
+}
+
+template <typename T>
+void HashTable<T>::reserveEntries(unsigned int count)
+{
+    entries.reserve(count);
 }
 
 template <typename T>
@@ -127,19 +155,19 @@ void HashTable<T>::append(const Location& location, unsigned long long key, cons
     }
 }
 
-// Rebuilds the chains over twice the entries plus ten buckets. Entries are re-linked in index order,
-// so their indices, and the order of iteration, stay as they were.
+// Rebuilds the chains over twice the entries plus ten buckets. Entries keep their indices, and the order
+// of iteration; each chain runs in index order, as if the entries had been inserted again one by one,
+// which linking them at the heads from the last entry to the first gives without walking any chain.
 template <typename T>
 void HashTable<T>::grow()
 {
-    HashTable rebuilt;
-    rebuilt.buckets.assign(entries.size() * 2 + 10, NullIndex);
-    rebuilt.entries.reserve(entries.size());
-    for (const Entry& entry : entries) {
-        rebuilt.append(rebuilt.locate(entry.key), entry.key, entry.value);
+    buckets.assign(entries.size() * 2 + 10, NullIndex);
+    const unsigned long long count = buckets.size();
+    for (unsigned int index = static_cast<unsigned int>(entries.size()); index-- > 0;) {
+        unsigned int& head = buckets[static_cast<unsigned int>(entries[index].key % count)];
+        entries[index].next = head;
+        head = index;
     }
-    entries.swap(rebuilt.entries);
-    buckets.swap(rebuilt.buckets);
 }
 
 } // namespace utils

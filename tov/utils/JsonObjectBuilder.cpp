@@ -6,6 +6,11 @@
 
 #include <yajl/yajl_gen.h>
 
+#include <charconv>
+#include <clocale>
+#include <cmath>
+#include <cstring>
+
 namespace tov {
 namespace utils {
 
@@ -19,6 +24,9 @@ struct JsonGeneration {
     // yajl's depth is unsigned and underflows on a close without an open, after which it indexes its
     // state array out of bounds; closes are therefore counted against opens here.
     unsigned int openContainers = 0;
+    // Whether reals may be written by std::to_chars: it writes the bytes of "%.20g" where the locale's
+    // decimal point is ".".
+    bool pointDecimal = false;
 };
 
 namespace {
@@ -97,6 +105,8 @@ bool JsonObjectBuilder::begin()
     }
     yajl_gen_config(implementation->generator, yajl_gen_print_callback, &printToStream, implementation.get());
     yajl_gen_config(implementation->generator, yajl_gen_beautify, beautify ? 1 : 0);
+    const char* decimalPoint = std::localeconv()->decimal_point;
+    implementation->pointDecimal = decimalPoint != nullptr && std::strcmp(decimalPoint, ".") == 0;
     return true;
 }
 
@@ -129,7 +139,15 @@ bool JsonObjectBuilder::boolean(bool value)
 
 bool JsonObjectBuilder::integer(long long value)
 {
-    return checkRoot() && accept(yajl_gen_integer(implementation->generator, value), getLogger());
+    if (!checkRoot()) {
+        return false;
+    }
+    // The text of yajl_gen_integer ("%lld"), made by std::to_chars and handed over as a number: the
+    // generator checks its state for a number as it does for an integer.
+    char text[24];
+    const std::to_chars_result written = std::to_chars(text, text + sizeof text, value);
+    return accept(yajl_gen_number(implementation->generator, text, static_cast<std::size_t>(written.ptr - text)),
+                  getLogger());
 }
 
 bool JsonObjectBuilder::real(double value)
@@ -137,7 +155,24 @@ bool JsonObjectBuilder::real(double value)
     if (!checkRoot()) {
         return false;
     }
-    const yajl_gen_status status = yajl_gen_double(implementation->generator, value);
+    // The text of yajl_gen_double ("%.20g", and ".0" after a text of digits only), made by std::to_chars in a
+    // quarter of the time of sprintf and handed over as a number. Infinities and NaN still go to
+    // yajl_gen_double, which refuses them after the checks of its state.
+    yajl_gen_status status;
+    char text[40];
+    if (implementation->pointDecimal && std::isfinite(value)) {
+        const std::to_chars_result written =
+            std::to_chars(text, text + sizeof text - 2, value, std::chars_format::general, 20);
+        char* end = written.ptr;
+        *end = '\0';
+        if (std::strspn(text, "0123456789-") == static_cast<std::size_t>(end - text)) {
+            *end++ = '.';
+            *end++ = '0';
+        }
+        status = yajl_gen_number(implementation->generator, text, static_cast<std::size_t>(end - text));
+    } else {
+        status = yajl_gen_double(implementation->generator, value);
+    }
     if (status == yajl_gen_invalid_number) {
         TOV_LOG_ERROR(getLogger(), error::invalidArgument, "Invalid real value passed: " << value);
         return false;

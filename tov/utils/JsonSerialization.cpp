@@ -7,10 +7,17 @@
 #include <tov/utils/DynamicObjectIterator.h>
 #include <tov/utils/JsonObjectBuilder.h>
 #include <tov/utils/Logging.h>
+#include <tov/utils/String.h>
 #include <tov/utils/impl/YajlAllocation.h>
 
 #include <yajl/yajl_parse.h>
 
+#include <cerrno>
+#include <charconv>
+#include <climits>
+#include <clocale>
+#include <cmath>
+#include <cstdlib>
 #include <cstring>
 
 namespace tov {
@@ -29,9 +36,19 @@ bool serializeArray(const DynamicObject& object, unsigned int property, Abstract
     if (!builder.beginArray()) {
         return false;
     }
+    // The elements are found in one walk of the array's nodes; the short arrays, most of them, keep them
+    // on the stack.
     const unsigned int count = object.countChildren(property);
+    unsigned int shortList[16];
+    Vector<unsigned int> longList;
+    unsigned int* elements = shortList;
+    if (count > sizeof shortList / sizeof shortList[0]) {
+        longList.resize(count);
+        elements = longList.data();
+    }
+    object.getElements(property, elements, count);
     for (unsigned int index = 0; index < count; ++index) {
-        if (!builder.arrayChild() || !serializeProperty(object, object.getChild(property, index), builder)) {
+        if (!builder.arrayChild() || !serializeProperty(object, elements[index], builder)) {
             return false;
         }
     }
@@ -87,6 +104,9 @@ struct ParseContext {
 
     AbstractObjectBuilder& builder;
     Vector<bool> isArray;
+    // Whether the reals of the text may be read without strtod: std::from_chars reads them as strtod does
+    // where the locale's decimal point is ".".
+    bool pointDecimal = false;
 };
 
 ParseContext& contextOf(void* context)
@@ -146,6 +166,48 @@ int onDouble(void* context, double value)
     return announceValue(parse) && parse.builder.real(value) ? 1 : 0;
 }
 
+// yajl reads an integer as a positive number of 63 bits, and a sign: it refuses -2^63 too. It reads a
+// real with strtod and refuses only an overflow. std::from_chars gives the same double as strtod for every
+// text that it reads (and does so several times faster); what it refuses, in or out of range, is read by
+// strtod as yajl would. A refusal stops the parse, as the error of yajl did.
+int onNumber(void* context, const char* text, size_t length)
+{
+    ParseContext& parse = contextOf(context);
+    const char* const end = text + length;
+    if (std::memchr(text, '.', length) == nullptr && std::memchr(text, 'e', length) == nullptr &&
+        std::memchr(text, 'E', length) == nullptr) {
+        long long value = 0;
+        const std::from_chars_result read = std::from_chars(text, end, value);
+        if (read.ec != std::errc() || read.ptr != end || value == LLONG_MIN) {
+            return 0;
+        }
+        return onInteger(context, value);
+    }
+    double value = 0;
+    if (parse.pointDecimal) {
+        const std::from_chars_result read = std::from_chars(text, end, value);
+        if (read.ec == std::errc() && read.ptr == end) {
+            return onDouble(context, value);
+        }
+    }
+    char shortText[64];
+    String longText;
+    char* terminated = shortText;
+    if (length + 1 > sizeof shortText) {
+        longText.assign(text, length);
+        terminated = &longText[0];
+    } else {
+        std::memcpy(shortText, text, length);
+        shortText[length] = '\0';
+    }
+    errno = 0;
+    value = std::strtod(terminated, nullptr);
+    if ((value == HUGE_VAL || value == -HUGE_VAL) && errno == ERANGE) {
+        return 0;
+    }
+    return onDouble(context, value);
+}
+
 int onString(void* context, const unsigned char* text, size_t length)
 {
     ParseContext& parse = contextOf(context);
@@ -201,10 +263,12 @@ bool serializeDynamicObjectToJson(const DynamicObject& object, AbstractDataInput
 bool deserializeJson(AbstractObjectBuilder& builder, AbstractDataInputOutput& stream)
 {
     yajl_alloc_funcs allocationFunctions = impl::makeYajlAllocationFunctions();
-    // Numbers arrive as integers or doubles: there is no raw number callback.
-    const yajl_callbacks callbacks = {&onNull,     &onBoolean, &onInteger,   &onDouble,     nullptr,  &onString,
-                                      &onStartMap, &onMapKey,  &onEndMap,    &onStartArray, &onEndArray};
+    // Numbers arrive as their text, read by onNumber as yajl would read them.
+    const yajl_callbacks callbacks = {&onNull,     &onBoolean, nullptr,   nullptr,     &onNumber,   &onString,
+                                      &onStartMap, &onMapKey,  &onEndMap, &onStartArray, &onEndArray};
     ParseContext context(builder);
+    const char* decimalPoint = std::localeconv()->decimal_point;
+    context.pointDecimal = decimalPoint != nullptr && std::strcmp(decimalPoint, ".") == 0;
     yajl_handle parser = yajl_alloc(&callbacks, &allocationFunctions, &context);
 
     // Each piece goes to the parser at the buffer's full size, whatever the read returned: the bytes

@@ -2,6 +2,7 @@
 
 #include <tov/utils/Assertion.h>
 #include <tov/utils/Logging.h>
+#include <tov/utils/Memory.h>
 
 #include <cstring>
 
@@ -50,7 +51,11 @@ StringTable& StringTable::operator=(const StringTable& other)
 
 StringTable::~StringTable()
 {
-    clear();
+    // The texts go straight back to the memory service: recycling them into the pool first, as clear
+    // does, would only grow the pool's list for the pool to delete them right after.
+    for (auto& entry : table) {
+        TOV_DELETE(entry.value);
+    }
 }
 
 unsigned long long StringTable::add(const char* text, AbstractLogger* logger)
@@ -65,10 +70,12 @@ unsigned long long StringTable::add(const char* text, AbstractLogger* logger)
 unsigned long long StringTable::add(const char* text, unsigned int length, AbstractLogger* logger)
 {
     const unsigned long long key = computeHash(text, length, seed);
-    if (!table.has(key)) {
+    const bool added = table.insertIfAbsent(key, [this, text, length] {
         String* stored = pool.obtain();
         stored->assign(text, length);
-        table.insert(key, stored);
+        return stored;
+    });
+    if (added) {
         return key;
     }
     if (logger != nullptr && !check(text, length, key, logger)) {
@@ -199,6 +206,8 @@ unsigned long long StringTable::computeHash(const char* text, unsigned int lengt
 
 void StringTable::copyEntries(const StringTable& other)
 {
+    // A copy knows its size: its entries take one block of exactly that many.
+    table.reserveEntries(other.table.size());
     for (const auto& entry : other.table) {
         String* stored = pool.obtain();
         *stored = *entry.value;

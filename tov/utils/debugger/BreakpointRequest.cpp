@@ -2,7 +2,6 @@
 
 #include <tov/utils/Memory.h>
 #include <tov/utils/Uri.h>
-#include <tov/utils/debugger/AbstractEventFilterVisitor.h>
 #include <tov/utils/debugger/AbstractEventListener.h>
 #include <tov/utils/debugger/AbstractEventRequestVisitor.h>
 #include <tov/utils/debugger/EntitiesFilter.h>
@@ -15,38 +14,50 @@ namespace debugger {
 
 namespace {
 
-// Judges one pass against all three kinds of filter at once: entities combine by OR, locations and hit
-// counts by AND, and a kind that the request lacks restricts nothing. The location is referred to, not
-// copied: the visitor lives inside one call, and a breakpoint fires on every pass.
-class BreakpointFilterVisitor : public AbstractEventFilterVisitor {
-public:
-    BreakpointFilterVisitor(unsigned int entity, const Uri& location) : entity(entity), location(location) {}
+enum FilterKind : unsigned char { otherKind, entitiesKind, locationKind, hitCountKind };
 
-    // The hit count is left out on purpose: it tells whether the request is a candidate at all.
-    bool isValid() const override
-    {
-        return (!hasEntities || entitiesValid) && (!hasLocation || locationValid);
+FilterKind kindOf(const AbstractEventFilter& filter)
+{
+    const Uuid& id = filter.getTypeId();
+    if (id == LocationFilter::getClassTypeId()) {
+        return locationKind;
     }
+    if (id == EntitiesFilter::getClassTypeId()) {
+        return entitiesKind;
+    }
+    return id == HitCountFilter::getClassTypeId() ? hitCountKind : otherKind;
+}
 
-    bool isHit() const { return isValid() && (!hasHitCount || hitCountValid); }
+// One pass against all three kinds of filter at once: entities combine by OR, locations and hit counts
+// by AND, and a kind that the request lacks restricts nothing. A filter of another kind has no effect.
+// The location is referred to, not copied: the judgement lives inside one call.
+class PassJudgement {
+public:
+    PassJudgement(unsigned int entity, const Uri& location) : entity(entity), location(location) {}
 
-    bool visit(const AbstractEventFilter& filter) override
+    void take(FilterKind kind, const AbstractEventFilter& filter)
     {
-        const Uuid& id = filter.getTypeId();
-        if (id == EntitiesFilter::getClassTypeId()) {
+        switch (kind) {
+        case entitiesKind:
             hasEntities = true;
             entitiesValid = entitiesValid || static_cast<const EntitiesFilter&>(filter)(entity);
-        } else if (id == LocationFilter::getClassTypeId()) {
+            break;
+        case locationKind:
             hasLocation = true;
             locationValid = locationValid && static_cast<const LocationFilter&>(filter)(location);
-        } else if (id == HitCountFilter::getClassTypeId()) {
+            break;
+        case hitCountKind:
             hasHitCount = true;
             hitCountValid = hitCountValid && static_cast<const HitCountFilter&>(filter)();
-        } else {
-            return false;
+            break;
+        case otherKind:
+            break;
         }
-        return true;
     }
+
+    // The hit count is left out on purpose: it tells whether the request is a candidate at all.
+    bool isValid() const { return (!hasEntities || entitiesValid) && (!hasLocation || locationValid); }
+    bool isHit() const { return isValid() && (!hasHitCount || hitCountValid); }
 
 private:
     const unsigned int entity;
@@ -79,6 +90,7 @@ bool BreakpointRequest::addFilter(AbstractEventFilter* filter)
         return false;
     }
     filters.push_back(filter);
+    kinds.push_back(kindOf(*filter));
     return true;
 }
 
@@ -94,22 +106,24 @@ void BreakpointRequest::accept(AbstractEventRequestVisitor& visitor)
     visitor.visit(*this);
 }
 
+template <typename Judgement>
+Judgement BreakpointRequest::judge(unsigned int entity, const Uri& location) const
+{
+    Judgement judgement(entity, location);
+    for (size_t index = 0; index < filters.size(); ++index) {
+        judgement.take(static_cast<FilterKind>(kinds[index]), *filters[index]);
+    }
+    return judgement;
+}
+
 bool BreakpointRequest::canHit(unsigned int entity, const Uri& location) const
 {
-    BreakpointFilterVisitor visitor(entity, location);
-    for (const AbstractEventFilter* filter : filters) {
-        filter->accept(visitor);
-    }
-    return visitor.isValid();
+    return judge<PassJudgement>(entity, location).isValid();
 }
 
 bool BreakpointRequest::isHit(unsigned int entity, const Uri& location) const
 {
-    BreakpointFilterVisitor visitor(entity, location);
-    for (const AbstractEventFilter* filter : filters) {
-        filter->accept(visitor);
-    }
-    return visitor.isHit();
+    return judge<PassJudgement>(entity, location).isHit();
 }
 
 void BreakpointRequest::notify(unsigned int entity, const Uri& location)

@@ -3,6 +3,8 @@
 #include <tov/utils/ScopedMutex.h>
 #include <tov/utils/debugger/AbstractEventRequest.h>
 
+#include <algorithm>
+
 namespace tov {
 namespace utils {
 namespace debugger {
@@ -17,13 +19,14 @@ RequestIterator::~RequestIterator() = default;
 AbstractEventRequest* RequestIterator::next()
 {
     // Always the registry first: the registry tells its iterators of changes with its own lock held.
+    // The registry's lock alone: every change of `position` and `visited` from outside comes from the
+    // registry with that lock held.
     ScopedMutex registryGuard(*registryMutex);
-    ScopedMutex guard(mutex);
     const size_t size = requests.size();
     while (position < size) {
         AbstractEventRequest* request = requests[position];
         ++position;
-        if (visited.insert(request->getHandle()).second) {
+        if (markVisited(request->getHandle())) {
             current = request;
             return request;
         }
@@ -48,7 +51,27 @@ void RequestIterator::stepBack(unsigned int index)
     if (index < position) {
         position = index;
     }
-    visited.erase(index);
+    const auto found = std::lower_bound(visited.begin(), visited.end(), index);
+    if (found != visited.end() && *found == index) {
+        visited.erase(found);
+    }
+}
+
+void RequestIterator::restart()
+{
+    position = 0;
+    visited.clear();
+    current = nullptr;
+}
+
+bool RequestIterator::markVisited(unsigned int handle)
+{
+    const auto found = std::lower_bound(visited.begin(), visited.end(), handle);
+    if (found != visited.end() && *found == handle) {
+        return false;
+    }
+    visited.insert(found, handle);
+    return true;
 }
 
 AbstractEventRequest* RequestIterator::getCurrent() const

@@ -19,7 +19,8 @@ class RequestRegistry;
 
 class TOV_UTILS_API RequestIterator {
 public:
-    // `requests` is guarded by `registryMutex`, which next takes before the iterator's own mutex.
+    // `requests` is guarded by `registryMutex`, which next takes. The registry tells its iterators of
+    // changes with that lock held, so it guards the walk's own state as well.
     RequestIterator(const Vector<AbstractEventRequest*>& requests, Mutex& registryMutex);
     virtual ~RequestIterator();
     RequestIterator(const RequestIterator&) = delete;
@@ -39,6 +40,10 @@ private:
     void onRequestAdded(unsigned int index);
     void onRequestRemove(unsigned int index);
     void stepBack(unsigned int index);
+    // Back to a walk that has given nothing yet, for the registry to walk again with the same iterator.
+    void restart();
+    // Whether `handle` is new to `visited`, which then holds it.
+    bool markVisited(unsigned int handle);
 
     // The request that the last next gave, until the following call; null at the end. The registry
     // reads it with its lock held, so as not to destroy a request that a walk is still using.
@@ -50,7 +55,9 @@ private:
     // Only a hint of where to look: after a change in front of it, the walk looks again from there and
     // `visited`, which is the truth, passes over what it gave out already.
     unsigned int position;
-    Set<unsigned int> visited;
+    // The handles given out, in ascending order: a firing offers a few requests, and a sorted vector
+    // that keeps its room across walks costs no allocation per firing where a set takes one per handle.
+    Vector<unsigned int> visited;
     AbstractEventRequest* current;
 };
 

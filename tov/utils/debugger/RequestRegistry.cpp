@@ -38,7 +38,10 @@ private:
 
 } // namespace
 
-RequestRegistry::RequestRegistry() : mutex(Mutex::Recursive), nextHandle(1) {}
+RequestRegistry::RequestRegistry()
+    : mutex(Mutex::Recursive), nextHandle(1), firingWalk(requests, mutex), firingWalkInUse(false)
+{
+}
 
 RequestRegistry::~RequestRegistry()
 {
@@ -130,7 +133,19 @@ void RequestRegistry::accept(AbstractEventRequestVisitor& visitor)
             return;
         }
     }
-    RequestIterator* iterator = createIterator();
+    RequestIterator* iterator = nullptr;
+    {
+        ScopedMutex guard(mutex);
+        if (!firingWalkInUse) {
+            firingWalkInUse = true;
+            firingWalk.restart();
+            iterator = &firingWalk;
+            iterators.push_back(iterator);
+        }
+    }
+    if (iterator == nullptr) {
+        iterator = createIterator();
+    }
     IteratorGuard guard(*this, iterator);
     while (AbstractEventRequest* request = iterator->next()) {
         request->accept(visitor);
@@ -153,7 +168,12 @@ void RequestRegistry::destroyIterator(RequestIterator* iterator)
         return;
     }
     iterators.erase(found);
-    TOV_DELETE(iterator);
+    if (iterator == &firingWalk) {
+        firingWalk.restart();
+        firingWalkInUse = false;
+    } else {
+        TOV_DELETE(iterator);
+    }
     destroyRetiredRequests();
 }
 

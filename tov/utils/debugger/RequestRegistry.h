@@ -9,6 +9,7 @@
 #include <tov/utils/Containers.h>
 #include <tov/utils/Export.h>
 #include <tov/utils/Mutex.h>
+#include <tov/utils/debugger/RequestIterator.h>
 
 namespace tov {
 namespace utils {
@@ -21,8 +22,6 @@ class AbstractEventFilter;
 class AbstractEventListener;
 class AbstractEventRequest;
 class AbstractEventRequestVisitor;
-class RequestIterator;
-
 class TOV_UTILS_API RequestRegistry {
 public:
     RequestRegistry();
@@ -74,6 +73,10 @@ private:
     Vector<AbstractEventRequest*> inHand;
     // Unsubscribed while a walk or an initialization was telling them; destroyed once nothing holds them.
     Vector<AbstractEventRequest*> retired;
+    // The walk of accept, kept from one firing to the next so that a firing allocates nothing; a firing
+    // inside a listener's firing, while it is in use, makes one of its own.
+    RequestIterator firingWalk;
+    bool firingWalkInUse;
 };
 
 } // namespace debugger
