@@ -40,12 +40,13 @@ const port = await new Promise((resolve, reject) => {
   let output = "";
   demo.stdout.on("data", (chunk) => {
     output += chunk;
-    const found = /listening on port (\d+)/.exec(output);
+    const found = /inspector listening on http:\/\/[^\s:]+:(\d+)/.exec(output);
     if (found) {
       resolve(Number(found[1]));
     }
   });
   demo.on("exit", () => reject(new Error(`tov-demo ended:\n${output}`)));
+  setTimeout(() => reject(new Error(`tov-demo did not start within 30 s:\n${output}`)), 30000).unref();
 });
 
 let devServer = null;
