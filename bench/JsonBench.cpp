@@ -4,7 +4,7 @@
 #include <tov/utils/AbstractObjectBuilder.h>
 #include <tov/utils/DynamicObject.h>
 #include <tov/utils/JsonSerialization.h>
-#include <tov/utils/impl/StringDataOutput.h>
+#include <tov/utils/MemoryInputOutput.h>
 
 #include <benchmark/benchmark.h>
 #include <nlohmann/json.hpp>
@@ -34,30 +34,6 @@ std::string readDocument(const char* name)
     text << file.rdbuf();
     return text.str();
 }
-
-// Serves a text once, then gives false, as the reader expects of a stream.
-class TextInput : public AbstractDataInputOutput {
-public:
-    explicit TextInput(const std::string& text) : text(text) {}
-    bool isWritable() const override { return false; }
-    bool write(const char*, unsigned int, AbstractLogger*) override { return false; }
-    bool isReadable() const override { return position < text.size(); }
-    bool read(char* buffer, unsigned int& size, AbstractLogger*) override
-    {
-        if (position >= text.size()) {
-            size = 0;
-            return false;
-        }
-        size = static_cast<unsigned int>(std::min<std::size_t>(size, text.size() - position));
-        std::memcpy(buffer, text.data() + position, size);
-        position += size;
-        return true;
-    }
-
-private:
-    const std::string& text;
-    std::size_t position = 0;
-};
 
 // The events of a walk, kept so that a bare generator can be fed the very same ones.
 struct Event {
@@ -141,9 +117,10 @@ const Targets targets[] = {{0.8, 1.5}, {1.0, 1.0 / 1.5}, {1.0, 1.0 / 1.5}};
 
 void parseTov(benchmark::State& state, const std::string& text, Targets wanted)
 {
+    MemoryInputOutput input(text.data(), text.size());
     for (auto _ : state) {
         DynamicObject object;
-        TextInput input(text);
+        input.rewind();
         deserializeDynamicObjectFromJson(object, input, nullptr);
         benchmark::DoNotOptimize(object.getRoot());
     }
@@ -184,10 +161,10 @@ void parseBareYajl(benchmark::State& state, const std::string& text)
 void writeTov(benchmark::State& state, const std::string& text, Targets wanted)
 {
     DynamicObject object;
-    TextInput input(text);
+    MemoryInputOutput input(text.data(), text.size());
     deserializeDynamicObjectFromJson(object, input, nullptr);
     for (auto _ : state) {
-        impl::StringDataOutput output;
+        MemoryInputOutput output;
         serializeDynamicObjectToJson(object, output, nullptr);
         benchmark::DoNotOptimize(output.getText().size());
     }
@@ -221,7 +198,7 @@ void writeRapidJson(benchmark::State& state, const std::string& text)
 void writeBareYajl(benchmark::State& state, const std::string& text)
 {
     DynamicObject object;
-    TextInput input(text);
+    MemoryInputOutput input(text.data(), text.size());
     deserializeDynamicObjectFromJson(object, input, nullptr);
     EventRecorder recorder;
     serializeDynamicObject(object, recorder);

@@ -13,23 +13,4 @@ namespace demo {
 bool readJson(const std::string& text, tov::utils::DynamicObject& out, tov::utils::AbstractLogger* logger);
 std::string writeJson(const tov::utils::DynamicObject& object);
 
-// An in-memory stream: reads hand out the text and give false once it is used up, as the JSON reader
-// expects; writes append.
-class TextStream : public tov::utils::AbstractDataInputOutput {
-public:
-    TextStream() = default;
-    explicit TextStream(std::string text) : text(std::move(text)) {}
-
-    bool isWritable() const override { return true; }
-    bool write(const char* buffer, unsigned int size, tov::utils::AbstractLogger*) override;
-    bool isReadable() const override { return true; }
-    bool read(char* buffer, unsigned int& size, tov::utils::AbstractLogger*) override;
-
-    const std::string& getText() const { return text; }
-
-private:
-    std::string text;
-    std::size_t position = 0;
-};
-
 } // namespace demo

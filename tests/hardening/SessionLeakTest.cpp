@@ -78,7 +78,7 @@ void roundTripData()
     world.setString("agents[0].name", "forager");
     world.setReal("agents[0].energy", 0.75);
     world.setInt("tick", 42);
-    MemoryStream json;
+    tov::utils::MemoryInputOutput json;
     ASSERT_TRUE(utils::serializeDynamicObjectToJson(world, json, nullptr));
     utils::DynamicObject fromJson;
     ASSERT_TRUE(utils::deserializeDynamicObjectFromJson(fromJson, json, nullptr));

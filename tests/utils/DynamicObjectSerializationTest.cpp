@@ -5,7 +5,7 @@
 #include <tov/utils/JsonSerialization.h>
 #include <tov/utils/Memory.h>
 
-#include "support/MemoryStream.h"
+#include "support/MemoryText.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,8 @@
 #include <string>
 
 using namespace tov::utils;
-using tov::testing::MemoryStream;
+using tov::testing::memoryWith;
+using tov::testing::textOf;
 
 namespace {
 
@@ -34,15 +35,15 @@ bool load(const std::string& text, DynamicObject& object, AbstractLogger* logger
 
 std::string json(const DynamicObject& object)
 {
-    MemoryStream out;
+    tov::utils::MemoryInputOutput out;
     serializeDynamicObjectToJson(object, out, nullptr);
-    return out.getText();
+    return textOf(out);
 }
 
 DynamicObject fromJson(const std::string& text)
 {
     DynamicObject object;
-    MemoryStream in(text);
+    tov::utils::MemoryInputOutput in = memoryWith(text);
     deserializeDynamicObjectFromJson(object, in, nullptr);
     return object;
 }

@@ -7,7 +7,7 @@
 #include <tov/utils/JsonObjectBuilder.h>
 #include <tov/utils/JsonSerialization.h>
 
-#include "support/MemoryStream.h"
+#include "support/MemoryText.h"
 
 #include <gtest/gtest.h>
 
@@ -17,21 +17,22 @@
 #include <string>
 
 using namespace tov::utils;
-using tov::testing::MemoryStream;
+using tov::testing::memoryWith;
+using tov::testing::textOf;
 
 namespace {
 
 std::string toJson(const DynamicObject& object, AbstractLogger* logger = nullptr)
 {
-    MemoryStream out;
+    tov::utils::MemoryInputOutput out;
     EXPECT_TRUE(serializeDynamicObjectToJson(object, out, logger));
-    return out.getText();
+    return textOf(out);
 }
 
 std::string reparse(const std::string& text, AbstractLogger* logger = nullptr)
 {
     DynamicObject object;
-    MemoryStream in(text);
+    tov::utils::MemoryInputOutput in = memoryWith(text);
     EXPECT_TRUE(deserializeDynamicObjectFromJson(object, in, logger));
     return toJson(object, logger);
 }
@@ -89,7 +90,7 @@ TEST(JsonParsing, AKeyTheObjectRefusesCancelsTheParseButNotTheResult)
 {
     DynamicObject object;
     BufferLogger log(false, false, false);
-    MemoryStream in(R"({"ok":1,"a.b":2,"after":3})");
+    tov::utils::MemoryInputOutput in(R"({"ok":1,"a.b":2,"after":3})");
     EXPECT_TRUE(deserializeDynamicObjectFromJson(object, in, &log));
     EXPECT_EQ(1, object.getInt("ok"));
     EXPECT_FALSE(object.hasProperty("after"));
@@ -104,13 +105,13 @@ TEST(JsonParsing, MalformedAndHostileTextsEndCleanly)
     const char* texts[] = {"", "{", "}", "[1,", "{\"a\":}", "nul", "[\"\\ud800\"]", "\x01\x02", "{\"a\":1}}"};
     for (const char* text : texts) {
         DynamicObject object;
-        MemoryStream in(text);
+        tov::utils::MemoryInputOutput in = memoryWith(text);
         EXPECT_TRUE(deserializeDynamicObjectFromJson(object, in, nullptr)) << text;
     }
     {
         DynamicObject object;
         BufferLogger log(false, false, false);
-        MemoryStream in(deep);
+        tov::utils::MemoryInputOutput in = memoryWith(deep);
         EXPECT_TRUE(deserializeDynamicObjectFromJson(object, in, &log));
         EXPECT_EQ("The JSON document is nested deeper than 128 levels.", lastMessage(log));
     }
@@ -134,7 +135,7 @@ TEST(JsonParsing, AFileStreamEndsTheReadAtTheEndOfTheFile)
 
 TEST(JsonObjectBuilder, FramesDocumentsAndRefusesMisuse)
 {
-    MemoryStream out;
+    tov::utils::MemoryInputOutput out;
     BufferLogger log(false, false, false);
     JsonObjectBuilder json(out, false);
     json.setLogger(&log);
@@ -174,7 +175,7 @@ TEST(JsonObjectBuilder, BeautifiesWithFourBlanks)
 {
     DynamicObject object;
     object.setInt("a", 1);
-    MemoryStream out;
+    tov::utils::MemoryInputOutput out;
     JsonObjectBuilder json(out, true);
     ASSERT_TRUE(serializeDynamicObject(object, json));
     EXPECT_EQ("{\n    \"a\": 1\n}\n", out.getText());
@@ -185,7 +186,7 @@ TEST(JsonMemory, ParsingAndWritingGiveEveryBlockBack)
     const unsigned long long liveBlocks = tov::allocator::Allocator::instance().getLiveBlocks();
     {
         DynamicObject object;
-        MemoryStream in(R"({"agents":[{"name":"forager","energy":0.75,"target":[1,2]}],"tick":42})");
+        tov::utils::MemoryInputOutput in(R"({"agents":[{"name":"forager","energy":0.75,"target":[1,2]}],"tick":42})");
         ASSERT_TRUE(deserializeDynamicObjectFromJson(object, in, nullptr));
         EXPECT_EQ(R"({"agents":[{"energy":0.75,"name":"forager","target":[1,2]}],"tick":42})", toJson(object));
     }

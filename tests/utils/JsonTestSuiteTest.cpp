@@ -7,7 +7,7 @@
 #include <tov/utils/FileUtils.h>
 #include <tov/utils/JsonSerialization.h>
 
-#include "support/MemoryStream.h"
+#include "support/MemoryText.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,8 @@
 #include <vector>
 
 using namespace tov::utils;
-using tov::testing::MemoryStream;
+using tov::testing::memoryWith;
+using tov::testing::textOf;
 
 namespace {
 
@@ -58,9 +59,9 @@ bool hasContainerRoot(const std::string& text)
 
 std::string write(const DynamicObject& object)
 {
-    MemoryStream out;
+    tov::utils::MemoryInputOutput out;
     serializeDynamicObjectToJson(object, out, nullptr);
-    return out.getText();
+    return textOf(out);
 }
 
 } // namespace
@@ -80,7 +81,7 @@ TEST(JsonTestSuite, EveryDocumentIsReadSafelyAndAcceptedOnesRoundTrip)
         {
             DynamicObject object;
             BufferLogger log(false, false, false);
-            MemoryStream in(text);
+            tov::utils::MemoryInputOutput in = memoryWith(text);
             ASSERT_TRUE(deserializeDynamicObjectFromJson(object, in, &log)) << name;
             ++read;
             if (name[0] == 'y') {
@@ -91,7 +92,7 @@ TEST(JsonTestSuite, EveryDocumentIsReadSafelyAndAcceptedOnesRoundTrip)
                 } else {
                     const std::string written = write(object);
                     DynamicObject again;
-                    MemoryStream second(written);
+                    tov::utils::MemoryInputOutput second = memoryWith(written);
                     ASSERT_TRUE(deserializeDynamicObjectFromJson(again, second, &log)) << name;
                     EXPECT_FALSE(log.hasErrors()) << name;
                     EXPECT_EQ(written, write(again)) << name;

@@ -5,7 +5,7 @@
 #include <tov/utils/JsonSerialization.h>
 #include <tov/utils/Memory.h>
 
-#include "support/MemoryStream.h"
+#include "support/MemoryText.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,8 @@
 #include <string>
 
 using namespace tov::utils;
-using tov::testing::MemoryStream;
+using tov::testing::memoryWith;
+using tov::testing::textOf;
 
 namespace {
 
@@ -37,19 +38,19 @@ struct Outputs {
 
 Outputs outputsOf(const DynamicObject& object)
 {
-    MemoryStream json;
+    tov::utils::MemoryInputOutput json;
     serializeDynamicObjectToJson(object, json, nullptr);
     unsigned int size = 0;
     char* saved = serializeDynamicObject(size, object, nullptr);
     const std::string savedText = saved == nullptr ? std::string() : std::string(saved, size);
     TOV_DELETE_ARRAY(saved);
-    return {checksum(json.getText()), checksum(savedText)};
+    return {checksum(textOf(json)), checksum(savedText)};
 }
 
 Outputs outputsOfJson(const std::string& text)
 {
     DynamicObject object;
-    MemoryStream in(text);
+    tov::utils::MemoryInputOutput in = memoryWith(text);
     deserializeDynamicObjectFromJson(object, in, nullptr);
     return outputsOf(object);
 }

@@ -30,6 +30,7 @@
 #include <tov/utils/JsonSerialization.h>
 #include <tov/utils/Logging.h>
 #include <tov/utils/Memory.h>
+#include <tov/utils/MemoryInputOutput.h>
 #include <tov/utils/Mutex.h>
 #include <tov/utils/OstreamLogger.h>
 #include <tov/utils/Property.h>

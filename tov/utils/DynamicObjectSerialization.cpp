@@ -5,11 +5,11 @@
 #include <tov/utils/JsonSerialization.h>
 #include <tov/utils/Logging.h>
 #include <tov/utils/Memory.h>
+#include <tov/utils/MemoryInputOutput.h>
 #include <tov/utils/impl/DynamicObject.pb.h>
 #include <tov/utils/impl/LibraryVersion.h>
 #include <tov/utils/impl/ProtobufDynamicObjectBuilder.h>
 #include <tov/utils/impl/ProtobufText.h>
-#include <tov/utils/impl/StringDataOutput.h>
 
 #include <cstring>
 
@@ -95,7 +95,7 @@ bool serializeDynamicObjectToProtobuf(const DynamicObject& object, AbstractDataI
 
 char* serializeDynamicObject(unsigned int& size, const DynamicObject& object, AbstractLogger* logger)
 {
-    impl::StringDataOutput output;
+    MemoryInputOutput output;
     if (!serializeDynamicObjectToProtobuf(object, output, logger)) {
         return nullptr;
     }

@@ -238,16 +238,16 @@ TEST_F(DemoTest, TheWorldServesObjectsArraysAndSingleValuesAsJsonReplies)
         {"/agents/2", ""},
     };
     for (const auto& c : cases) {
-        demo::TextStream text;
+        utils::MemoryInputOutput text;
         utils::JsonObjectBuilder json(text, false);
         EXPECT_EQ(*c.reply != '\0', world.serve(c.path, static_cast<unsigned int>(std::strlen(c.path)), json)) << c.path;
         EXPECT_EQ(c.reply, text.getText()) << c.path;
     }
-    demo::TextStream whole;
+    utils::MemoryInputOutput whole;
     utils::JsonObjectBuilder json(whole, false);
     ASSERT_TRUE(world.serve("", 0, json));
     utils::DynamicObject read;
-    ASSERT_TRUE(demo::readJson(whole.getText(), read, nullptr));
+    ASSERT_TRUE(demo::readJson(whole.getText().c_str(), read, nullptr));
     EXPECT_EQ(2u, read.countChildren("agents"));
     EXPECT_EQ(9, read.getInt("seed"));
 }

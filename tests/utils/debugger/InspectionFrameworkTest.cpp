@@ -24,11 +24,11 @@ public:
 // What the engine that `path` reaches answers, or "-" when none answers Ok.
 std::string route(const std::string& path)
 {
-    tov::testing::MemoryStream answer;
+    tov::utils::MemoryInputOutput answer;
     tov::utils::JsonObjectBuilder json(answer, false);
     const resources::Status status = Facilities::instance().getInspectionFramework().retrieveResource(
         path.data(), static_cast<unsigned int>(path.size()), nullptr, json);
-    return status == resources::Ok ? answer.getText() : "-";
+    return status == resources::Ok ? tov::testing::textOf(answer) : "-";
 }
 
 } // namespace
@@ -47,7 +47,7 @@ TEST_F(InspectionTest, AnEngineWithoutOverridesKnowsNoResourceAndSwitchesItsFlag
 {
     PlainEngine engine("plain");
     ASSERT_TRUE(framework().registerEngine(engine));
-    tov::testing::MemoryStream answer;
+    tov::utils::MemoryInputOutput answer;
     tov::utils::JsonObjectBuilder json(answer, false);
     EXPECT_EQ(resources::NotFound, framework().retrieveResource("/plain/x", 8, nullptr, json));
     EXPECT_EQ(resources::NotFound, framework().createResource("/plain/x", 8, nullptr, json));
@@ -159,7 +159,7 @@ TEST_F(InspectionTest, HandsTheQueryAndTheDelimitedRestToTheEngine)
     ScriptedEngine& engine = addEngine("world", true, resources::Error);
     tov::utils::DynamicObject query;
     query.setInt("step", 3);
-    tov::testing::MemoryStream answer;
+    tov::utils::MemoryInputOutput answer;
     tov::utils::JsonObjectBuilder json(answer, false);
     EXPECT_EQ(resources::Error, framework().createResource("/world/agents/2 and more", 15, &query, json));
     EXPECT_EQ(resources::Error, framework().deleteResource("/world", 6, nullptr, json));

@@ -3,7 +3,7 @@
 // test with a LockedLogger in force, and the engines a test adds are unregistered again.
 
 #include "support/LockedLogger.h"
-#include "support/MemoryStream.h"
+#include "support/MemoryText.h"
 #include "support/RawHttpClient.h"
 
 #include <tov/utils/AbstractObjectBuilder.h>
@@ -67,13 +67,13 @@ private:
     resources::Status serve(char operation, const char* path, unsigned int length, const utils::DynamicObject* query,
                             utils::AbstractObjectBuilder& builder)
     {
-        MemoryStream queryText;
+        tov::utils::MemoryInputOutput queryText;
         if (query != nullptr) {
             utils::serializeDynamicObjectToJson(*query, queryText, nullptr);
         }
         {
             std::lock_guard<std::mutex> guard(mutex);
-            calls.push_back(std::string(1, operation) + " " + std::string(path, length) + " " + queryText.getText());
+            calls.push_back(std::string(1, operation) + " " + std::string(path, length) + " " + textOf(queryText));
         }
         const resources::Status answer = status;
         if (answer == resources::Ok) {

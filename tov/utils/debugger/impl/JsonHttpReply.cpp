@@ -1,6 +1,5 @@
 #include <tov/utils/debugger/impl/JsonHttpReply.h>
 
-#include <tov/utils/Logging.h>
 #include <tov/utils/debugger/impl/HTTPConnection.h>
 
 #include <cstdio>
@@ -33,49 +32,9 @@ const HttpStatus& findStatus(unsigned int statusIndex)
 
 } // namespace
 
-JsonHttpReply::Buffer::Buffer() = default;
-
-JsonHttpReply::Buffer::~Buffer() = default;
-
-bool JsonHttpReply::Buffer::isWritable() const
-{
-    return stream.good();
-}
-
-bool JsonHttpReply::Buffer::write(const char* buffer, unsigned int size, AbstractLogger* logger)
-{
-    stream.write(buffer, size);
-    if (!stream) {
-        TOV_LOG_ERROR(logger, error::invalidOperation, "Error writing to the underlying buffer.");
-        return false;
-    }
-    return true;
-}
-
-bool JsonHttpReply::Buffer::isReadable() const
-{
-    return false;
-}
-
-bool JsonHttpReply::Buffer::read(char*, unsigned int&, AbstractLogger* logger)
-{
-    TOV_LOG_ERROR(logger, error::invalidOperation, "Not readable.");
-    return false;
-}
-
-String JsonHttpReply::Buffer::getText() const
-{
-    return stream.str();
-}
-
-void JsonHttpReply::Buffer::clearState()
-{
-    stream.clear();
-}
-
 JsonHttpReply::JsonHttpReply(HTTPConnection& connection, AbstractLogger* logger, const char* headerLines)
     : connection(connection), logger(logger),
-      headerLines(headerLines != nullptr ? headerLines : "Access-Control-Allow-Origin: *\r\n"), builder(buffer, false)
+      headerLines(headerLines != nullptr ? headerLines : "Access-Control-Allow-Origin: *\r\n"), builder(body, false)
 {
     builder.setLogger(logger);
 }
@@ -107,25 +66,24 @@ void JsonHttpReply::sendStatus(unsigned int statusIndex)
 
 void JsonHttpReply::sendStatus(unsigned int code, const char* reasonPhrase, const char* extraHeaders)
 {
-    const String body = buffer.getText();
+    const String& bodyText = body.getText();
     char head[256];
     const int headLength = std::snprintf(head, sizeof(head),
                                          "HTTP/1.1 %u %.100s\r\n"
                                          "Content-Type: application/%s; charset=utf-8\r\n"
                                          "Content-Length: %u\r\n"
                                          "Connection: close\r\n",
-                                         code, reasonPhrase, body.empty() ? "text" : "json",
-                                         static_cast<unsigned int>(body.size()));
+                                         code, reasonPhrase, bodyText.empty() ? "text" : "json",
+                                         static_cast<unsigned int>(bodyText.size()));
     const std::size_t extraLength = std::strlen(extraHeaders);
     String reply;
-    reply.reserve(static_cast<std::size_t>(headLength) + headerLines.size() + extraLength + 2 + body.size());
+    reply.reserve(static_cast<std::size_t>(headLength) + headerLines.size() + extraLength + 2 + bodyText.size());
     reply.append(head, static_cast<std::size_t>(headLength));
     reply += headerLines;
     reply.append(extraHeaders, extraLength);
     reply += "\r\n";
-    reply += body;
+    reply += bodyText;
     connection.write(reply.data(), static_cast<unsigned int>(reply.size()));
-    buffer.clearState();
 }
 
 namespace {

@@ -4,9 +4,9 @@
 //   JsonHttpReply reply(connection, logger);
 //   engine.retrieveResource(path, length, &query, reply.getObjectBuilder()); reply.sendStatus(0);   // 200
 
-#include <tov/utils/AbstractDataInputOutput.h>
 #include <tov/utils/Export.h>
 #include <tov/utils/JsonObjectBuilder.h>
+#include <tov/utils/MemoryInputOutput.h>
 #include <tov/utils/String.h>
 
 namespace tov {
@@ -18,25 +18,6 @@ class HTTPConnection;
 
 class TOV_UTILS_API JsonHttpReply {
 public:
-    // The body: written by the builder, never read back through the stream interface.
-    class TOV_UTILS_API Buffer : public AbstractDataInputOutput {
-    public:
-        Buffer();
-        ~Buffer();
-
-        bool isWritable() const override;
-        bool write(const char* buffer, unsigned int size, AbstractLogger* logger) override;
-        bool isReadable() const override;
-        bool read(char* buffer, unsigned int& size, AbstractLogger* logger) override;
-
-        String getText() const;
-        // After a failed write, so that the next reply can be written.
-        void clearState();
-
-    private:
-        OStringStream stream;
-    };
-
     // Indices of the status table given to sendStatus; any other index stands for 500.
     enum StatusIndex {
         Ok = 0,
@@ -75,7 +56,8 @@ private:
     HTTPConnection& connection;
     AbstractLogger* logger;
     String headerLines;
-    Buffer buffer;
+    // The body, written by the builder.
+    MemoryInputOutput body;
     JsonObjectBuilder builder;
 };
 
