@@ -7,4 +7,5 @@ tov_add_test_suite(tov_foundation_tests
   utils/TimeTest.cpp
   utils/ContainersTest.cpp
   utils/StringTableTest.cpp
-  utils/FileInputOutputTest.cpp)
+  utils/FileInputOutputTest.cpp
+  utils/MemoryInputOutputTest.cpp)
