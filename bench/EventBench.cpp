@@ -14,6 +14,7 @@
 #include <tov/utils/debugger/BreakpointRequestVisitor.h>
 #include <tov/utils/debugger/EngineDebuggerFacade.h>
 #include <tov/utils/debugger/InspectionFramework.h>
+#include <tov/utils/debugger/LocationBreakpointVisitor.h>
 #include <tov/utils/debugger/LocationFilter.h>
 
 #include <benchmark/benchmark.h>
@@ -40,21 +41,6 @@ public:
     void onUnregistration(unsigned int, unsigned int) override {}
     void onBreakpoint(unsigned int, unsigned int, const Uri&) override { ++hits; }
     unsigned long long hits = 0;
-};
-
-class Firing : public BreakpointRequestVisitor {
-public:
-    using BreakpointRequestVisitor::BreakpointRequestVisitor;
-    using BreakpointRequestVisitor::visit;
-    void visit(BreakpointRequest& request) override
-    {
-        if (request.canHit(getEntity(), *getLocation())) {
-            if (request.isHit(getEntity(), *getLocation())) {
-                request.notify(getEntity(), *getLocation());
-            }
-            request.update();
-        }
-    }
 };
 
 // An engine that keeps the facade the framework hands it, as a host's engine does.
@@ -89,7 +75,7 @@ void fireTov(benchmark::State& state)
         }
         const Uri here = locationNumber(0);
         for (auto _ : state) {
-            Firing firing(7, &here);
+            LocationBreakpointVisitor firing(7, here);
             engine.facade->accept(firing);
         }
         framework.unregisterEngine(engine.getPath());

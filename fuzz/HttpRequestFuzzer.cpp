@@ -19,6 +19,8 @@
 #include <tov/utils/debugger/EngineDebuggerFacade.h>
 #include <tov/utils/debugger/impl/MainContextFactory.h>
 
+#include "support/MemoryConnection.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -27,42 +29,10 @@
 
 namespace {
 
+using tov::testing::MemoryConnection;
 using tov::utils::AbstractObjectBuilder;
 using tov::utils::DynamicObject;
 namespace debugger = tov::utils::debugger;
-
-class FuzzConnection : public debugger::impl::HTTPConnection {
-public:
-    FuzzConnection(std::string method, std::string path, std::string query, std::string body)
-        : method(std::move(method)), path(std::move(path)), query(std::move(query)), body(std::move(body))
-    {
-    }
-
-    const char* getMethod() const override { return method.c_str(); }
-    const char* getPath() const override { return path.c_str(); }
-    const char* getQuery() const override { return query.c_str(); }
-    int read(char* buffer, unsigned int size) override
-    {
-        const std::size_t count = std::min<std::size_t>(size, body.size() - position);
-        std::memcpy(buffer, body.data() + position, count);
-        position += count;
-        return static_cast<int>(count);
-    }
-    int write(const char* data, unsigned int size) override
-    {
-        written.append(data, size);
-        return static_cast<int>(size);
-    }
-
-    std::string written;
-
-private:
-    std::string method;
-    std::string path;
-    std::string query;
-    std::string body;
-    std::size_t position = 0;
-};
 
 // Answers with what it was given, fails after writing half an answer, or knows nothing.
 class EchoEngine : public debugger::AbstractEngine {
@@ -203,7 +173,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     std::string path = takeLine(data, size);
     std::string query = takeLine(data, size);
-    FuzzConnection connection(method, path, query, std::string(reinterpret_cast<const char*>(data), size));
+    MemoryConnection connection(method, path, query, std::string(reinterpret_cast<const char*>(data), size));
     debugger::InspectionFramework& framework = tov::utils::Facilities::instance().getInspectionFramework();
     if (configured) {
         // OPTIONS is answered before the handler in that form.

@@ -16,6 +16,7 @@
 #include <tov/utils/debugger/HitCountFilterVisitor.h>
 #include <tov/utils/debugger/InitializationRequest.h>
 #include <tov/utils/debugger/InitializationRequestVisitor.h>
+#include <tov/utils/debugger/LocationBreakpointVisitor.h>
 #include <tov/utils/debugger/LocationFilter.h>
 #include <tov/utils/debugger/LocationFilterVisitor.h>
 #include <tov/utils/debugger/TargetDisconnectRequest.h>
@@ -34,7 +35,6 @@
 
 using namespace tov::utils;
 using namespace tov::utils::debugger;
-using tov::testing::BreakpointFiring;
 using tov::testing::ForeignFilter;
 using tov::testing::RecordingListener;
 
@@ -246,10 +246,10 @@ TEST(BreakpointRequest, AFiringVisitorCountsEveryCandidatePassAndTellsOnlyTheHit
     EXPECT_FALSE(request.addFilter(nullptr));
 
     for (unsigned int entity : {4u, 9u, 4u, 4u, 9u, 4u}) {
-        BreakpointFiring firing(entity, &here);
+        LocationBreakpointVisitor firing(entity, here);
         request.accept(firing);
     }
-    BreakpointFiring away(4, &elsewhere);
+    LocationBreakpointVisitor away(4, elsewhere);
     request.accept(away);
     // Entity 9 and the other location are no candidates: the passes of entity 4 are 1 to 4.
     EXPECT_EQ((std::vector<std::string>{"breakpoint 5 4 tov:agents/forager.behavior",

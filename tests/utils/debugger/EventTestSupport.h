@@ -105,12 +105,6 @@ private:
     int* destroyed;
 };
 
-// What a host's engine does at a location, through the library's own visitor: a candidate is counted
-// whether it hits or not.
-struct BreakpointFiring : utils::debugger::LocationBreakpointVisitor {
-    BreakpointFiring(unsigned int entity, const utils::Uri* at) : LocationBreakpointVisitor(entity, *at) {}
-};
-
 // The library runs for each test, with assertions that throw.
 class StartedLibrary : public AssertionTest {
 protected:

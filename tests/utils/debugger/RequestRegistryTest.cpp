@@ -58,7 +58,7 @@ public:
 };
 
 // Counts every pass through the request, so that a use after destruction shows under the sanitizers.
-using Breakpoint = tov::testing::BreakpointFiring;
+using Breakpoint = tov::utils::debugger::LocationBreakpointVisitor;
 
 const std::chrono::seconds patience(10);
 
@@ -230,7 +230,7 @@ TEST_F(RequestRegistryTest, AListenerThatUnsubscribesItsOwnRequestLeavesItAliveU
             EXPECT_EQ(0, destroyed);
         };
         const Uri here = Uri::create("tov:simulation");
-        Breakpoint breakpoint(3, &here);
+        Breakpoint breakpoint(3, here);
         registry.accept(breakpoint);   // goes on to count the pass on the unsubscribed request
         EXPECT_EQ(1, destroyed);
         EXPECT_EQ((std::vector<std::string>{"breakpoint 1 3 tov:simulation", "breakpoint 2 3 tov:simulation"}),
@@ -283,7 +283,7 @@ TEST_F(RequestRegistryTest, AnotherThreadChangesTheSubscriptionsWhileAListenerRu
         changed.notify_all();
     });
     const Uri here = Uri::create("tov:simulation");
-    Breakpoint breakpoint(6, &here);
+    Breakpoint breakpoint(6, here);
     registry.accept(breakpoint);
     other.join();
     EXPECT_EQ(1, destroyed);
@@ -314,7 +314,7 @@ TEST_F(RequestRegistryTest, FiringsAndSubscriptionsOnSeveralThreadsReachEverySta
                     Breakpoint::visit(request);
                 }
                 std::map<unsigned int, int> offered;
-            } seen(entity, &here);
+            } seen(entity, here);
             registry.accept(seen);
             for (unsigned int standing = 1; standing <= 3; ++standing) {
                 missed += seen.offered[standing] == 0 ? 1 : 0;

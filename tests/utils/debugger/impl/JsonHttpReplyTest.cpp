@@ -3,6 +3,7 @@
 
 #include "support/AssertionGuard.h"
 #include "support/LockedLogger.h"
+#include "support/MemoryConnection.h"
 
 #include <tov/utils/ErrorType.h>
 #include <tov/utils/Facilities.h>
@@ -19,41 +20,11 @@
 #include <cstring>
 
 using tov::testing::LockedLogger;
+using tov::testing::MemoryConnection;
 using tov::utils::debugger::impl::HTTPLinkInput;
 using tov::utils::debugger::impl::JsonHttpReply;
 
 namespace {
-
-class MemoryConnection : public tov::utils::debugger::impl::HTTPConnection {
-public:
-    MemoryConnection(std::string method, std::string path, std::string query = "", std::string body = "")
-        : method(std::move(method)), path(std::move(path)), query(std::move(query)), body(std::move(body))
-    {
-    }
-
-    const char* getMethod() const override { return method.c_str(); }
-    const char* getPath() const override { return path.c_str(); }
-    const char* getQuery() const override { return query.c_str(); }
-    int read(char* buffer, unsigned int size) override
-    {
-        const std::size_t count = std::min<std::size_t>(size, body.size() - position);
-        std::memcpy(buffer, body.data() + position, count);
-        position += count;
-        return broken ? -1 : static_cast<int>(count);
-    }
-    int write(const char* data, unsigned int size) override
-    {
-        written.append(data, size);
-        return static_cast<int>(size);
-    }
-
-    bool broken = false;
-    std::string written;
-
-private:
-    std::string method, path, query, body;
-    std::size_t position = 0;
-};
 
 std::string head(const char* status, const char* type, unsigned int length)
 {
