@@ -121,7 +121,9 @@ describe("tov-dap with an editor's client", { timeout: 60000 }, () => {
     assert.equal(hit.allThreadsStopped, false);
     // The host lets every later pass stop too: remove the breakpoint, and step the entity that stopped last.
     await dc.setFunctionBreakpointsRequest({ breakpoints: [] });
-    await sleep(300);
+    const entityOf = (threadId) => threads.find((candidate) => candidate.id === threadId)?.name;
+    await until("the last stop to be the host's", async () => stops.length > 0 &&
+      entityOf(stops[stops.length - 1].threadId) === `entity ${(await host(demo.url, "debug/suspend")).body.entity}`);
     const thread = stops[stops.length - 1].threadId;
 
     const frames = (await dc.stackTraceRequest({ threadId: thread })).body.stackFrames;

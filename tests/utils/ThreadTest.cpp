@@ -4,6 +4,7 @@
 #include <tov/utils/ScopedMutex.h>
 #include <tov/utils/Thread.h>
 
+#include "support/BoundedWait.h"
 #include "support/RecordingAssertions.h"
 
 #include <gtest/gtest.h>
@@ -149,11 +150,7 @@ TEST(Thread, JoinGivesTheResultAndTheDestructorCopesWithEveryState)
             },
             &finished);
     }   // detached, not joined: the thread runs on by itself
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (!finished && std::chrono::steady_clock::now() < deadline) {
-        Thread::yield();
-    }
-    EXPECT_TRUE(finished);
+    EXPECT_TRUE(tov::testing::waitFor([&finished] { return finished.load(); }, std::chrono::seconds(10)));
 }
 
 TEST(Condition, SignalWakesAWaiter)

@@ -306,8 +306,8 @@ describe("the web viewer on tov-demo", { timeout: 240000 }, () => {
       await other.evaluate(async (target) => {
         await fetch(target, { method: "POST", mode: "no-cors", body: "{}" }).catch(() => {});
       }, `http://127.0.0.1:${port}/api/debug/suspend`);
+      // The fetch resolves once the host has answered it: its effect, if any, is there by now.
       await other.close();
-      await new Promise((resolve) => setTimeout(resolve, 1000));
       assert.equal((await hostJson("/api/debug/suspend")).suspended, false);
       const refused = await hostRequest("POST", "/api/debug/suspend",
         { body: "{}", headers: { Origin: "http://elsewhere.example" } });

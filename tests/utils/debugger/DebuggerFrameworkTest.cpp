@@ -161,8 +161,9 @@ TEST_F(DebuggerTest, SuspendingAllStopsEveryThreadAndOneResumeLetsThemAllGo)
         }
         return stops.size() == 2;
     }));
-    // Each event comes just before its thread enters the gate: time enough to get there, even under a
-    // sanitizer.
+    // Each event comes just before its thread enters the gate. Nothing outside the gate shows a thread
+    // inside it, so this pause gives them the time to get there; a thread still on its way would pass
+    // the opened gate anyway, so the pause makes the test stronger and never makes it fail.
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
     EXPECT_TRUE(debugger().resume());
     EXPECT_TRUE(waitFor([this] { return simulation.finished == 2; }));
@@ -214,6 +215,7 @@ TEST_F(DebuggerTest, HeldControlsKeepTheGateAsItIs)
             gate.resume();
             resumed = true;
         });
+        // What is checked is that nothing happens: a window of time is the only way to look.
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         EXPECT_FALSE(resumed);
         EXPECT_FALSE(gate.isSuspended());   // still answers

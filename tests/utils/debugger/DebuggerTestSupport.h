@@ -3,6 +3,7 @@
 // of their own, frames at a location with some content, and bounded waits on the gate.
 
 #include "InspectionTestSupport.h"
+#include "support/BoundedWait.h"
 
 #include <tov/utils/Memory.h>
 #include <tov/utils/Uri.h>
@@ -147,19 +148,6 @@ private:
     std::mutex mutex;
     std::vector<std::string> events;
 };
-
-// Polls `condition` for up to five seconds.
-inline bool waitFor(const std::function<bool()>& condition)
-{
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) {
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
 
 // The stack of an entity as the locations of its frames, bottom first: "tov:simulation tov:a".
 inline std::string describeStack(const debugger::DebuggerFramework& debugger, unsigned int entity)
