@@ -334,7 +334,7 @@ void CopyTov(benchmark::State& state)
 {
     const DynamicObject& object = builtTov();
     for (auto _ : state) {
-        DynamicObject copy(object);
+        DynamicObject copy(object); // NOLINT(performance-unnecessary-copy-initialization): the copy is measured
         benchmark::DoNotOptimize(copy.getRoot());
     }
     state.counters["target:nlohmann"] = 10.0;
@@ -354,7 +354,7 @@ void CopyNlohmann(benchmark::State& state)
 {
     const nlohmann::json& json = builtNlohmann();
     for (auto _ : state) {
-        nlohmann::json copy(json);
+        nlohmann::json copy(json); // NOLINT(performance-unnecessary-copy-initialization): the copy is measured
         benchmark::DoNotOptimize(copy.size());
     }
 }

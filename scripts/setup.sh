@@ -11,7 +11,7 @@ packages=(
   libprotobuf-dev protobuf-compiler
   libyajl-dev
   libcivetweb-dev wrk
-  clang libclang-rt-14-dev
+  clang libclang-rt-14-dev clang-format clang-tidy
   nlohmann-json3-dev rapidjson-dev
   libcurl4-openssl-dev libcli11-dev help2man bash-completion
   nodejs chromium

@@ -11,6 +11,7 @@
 namespace tov {
 namespace dap {
 
+// NOLINTNEXTLINE(bugprone-exception-escape): a failed allocation of a member ends the adapter anyway.
 struct HostAnswer {
     long status = 0;
     nlohmann::json body;   // null when the reply held no JSON

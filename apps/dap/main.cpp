@@ -6,9 +6,12 @@
 #include <CLI/CLI.hpp>
 
 #include <csignal>
+#include <exception>
 #include <iostream>
 
-int main(int argc, char** argv)
+namespace {
+
+int run(int argc, char** argv)
 {
     CLI::App app("tov-dap: debug a simulation host's entities from an editor, through the Debug Adapter Protocol.\n"
                  "Messages come on standard input and go to standard output; messages about the adapter go to "
@@ -32,4 +35,18 @@ int main(int argc, char** argv)
     }
     tov::dap::Server server(std::cerr);
     return listening->count() != 0 ? server.listen(port) : server.serveStandardStreams();
+}
+
+} // namespace
+
+// Nothing is meant to throw this far; should something (a failed allocation, say), the editor's
+// user reads why on standard error instead of a bare abort.
+int main(int argc, char** argv)
+{
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& failure) {
+        std::cerr << "tov-dap: " << failure.what() << std::endl;
+        return 1;
+    }
 }

@@ -236,15 +236,16 @@ bool World::read(const tov::utils::DynamicObject& world, unsigned int& seed, lon
         const char* text = nullptr;
         std::string problem;
         // An agent saved without members reads back null: it keeps its defaults.
-        if (world.getType(entry) == tov::utils::type::null) {
-        } else if (world.getType(entry) != tov::utils::type::object) {
-            problem = "it is " + describeKind(world.getType(entry)) + ", not an object";
-        } else if (!agent->readState(world, entry, problem)) {
-        } else if (world.getChild(entry, "random") != 0 &&
-                   (!reader.readString(world.getChild(entry, "random"), text, nullptr) ||
-                    !tov::utils::deserializeRandom(text, static_cast<unsigned int>(std::strlen(text)),
-                                                   agent->getRandom(), nullptr))) {
-            problem = "'random' is not a saved random stream";
+        const tov::utils::type::Type kind = world.getType(entry);
+        if (kind == tov::utils::type::object) {
+            if (agent->readState(world, entry, problem) && world.getChild(entry, "random") != 0 &&
+                (!reader.readString(world.getChild(entry, "random"), text, nullptr) ||
+                 !tov::utils::deserializeRandom(text, static_cast<unsigned int>(std::strlen(text)),
+                                                agent->getRandom(), nullptr))) {
+                problem = "'random' is not a saved random stream";
+            }
+        } else if (kind != tov::utils::type::null) {
+            problem = "it is " + describeKind(kind) + ", not an object";
         }
         if (!problem.empty()) {
             reason = "agent " + std::to_string(i) + ": " + problem;

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <thread>
 #include <vector>
@@ -55,7 +56,7 @@ TEST(Allocator, ReallocateKeepsTheContentAndTheAccounts)
     Allocator& service = Allocator::instance();
     const unsigned long long liveBytes = service.getLiveBytes();
     char* block = static_cast<char*>(service.reallocate(nullptr, 4));
-    std::memcpy(block, "abcd", 4);
+    std::copy_n("abcd", 4, block);
     block = static_cast<char*>(service.reallocate(block, 4096));   // grows: the old four bytes come along
     EXPECT_EQ(0, std::memcmp(block, "abcd", 4));
     EXPECT_EQ(liveBytes + 4096, service.getLiveBytes());
@@ -99,6 +100,7 @@ TEST(Allocator, StaysExactUnderConcurrentUse)
 {
     const unsigned long long liveBytes = Allocator::instance().getLiveBytes();
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([] {
             std::vector<int, tov::allocator::StdAllocator<int>> numbers;

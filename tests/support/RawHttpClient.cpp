@@ -40,10 +40,10 @@ unsigned int findFreePort()
     const int probe = ::socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address = loopback(0);
     socklen_t size = sizeof(address);
-    ::bind(probe, reinterpret_cast<sockaddr*>(&address), sizeof(address));
-    ::getsockname(probe, reinterpret_cast<sockaddr*>(&address), &size);
+    const bool bound = ::bind(probe, reinterpret_cast<sockaddr*>(&address), sizeof(address)) == 0 &&
+                       ::getsockname(probe, reinterpret_cast<sockaddr*>(&address), &size) == 0;
     ::close(probe);
-    return ntohs(address.sin_port);
+    return bound ? ntohs(address.sin_port) : 0;
 }
 
 RawHttpClient::RawHttpClient(unsigned int port, int timeoutMilliseconds)

@@ -16,7 +16,7 @@ struct HttpReply {
     std::string header(const std::string& name) const;   // "" when absent
 };
 
-// A port that nothing listens on at 127.0.0.1 right now.
+// A port that nothing listens on at 127.0.0.1 right now; 0 when none could be found.
 unsigned int findFreePort();
 
 class RawHttpClient {

@@ -451,6 +451,7 @@ private:
         std::vector<Path> paths;
         collectPaths(model, Path(), paths);
         std::vector<std::string> expected;
+        expected.reserve(paths.size());
         for (const Path& path : paths) {
             expected.push_back(keyOf(path));
         }

@@ -72,6 +72,7 @@ public:
         Frame& frame = frames.back();
         frame.field.assign(key, length);
         if (length == 1) {
+            // NOLINTNEXTLINE(bugprone-signed-char-misuse): the trie keeps its split bytes signed, as here.
             frame.node.splitChar = static_cast<signed char>(key[0]);
         }
         return true;

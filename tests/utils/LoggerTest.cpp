@@ -42,6 +42,7 @@ TEST(OstreamLogger, LinesOfThreadsNeverInterleave)
     std::ostringstream shared;
     OstreamLogger logger(&shared, &shared, &shared, &shared);
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&logger, t] {
             for (int i = 0; i < 200; ++i) {

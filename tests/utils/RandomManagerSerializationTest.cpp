@@ -25,7 +25,7 @@ std::string serialized(const Saved& saved)
     unsigned int size = 0;
     char* buffer = serializeAny(size, saved);
     EXPECT_NE(nullptr, buffer);
-    const std::string text(buffer, size);
+    std::string text(buffer, size);
     TOV_DELETE_ARRAY(buffer);
     return text;
 }

@@ -37,6 +37,7 @@ public:
 
     void deallocate(T* block, std::size_t count) noexcept
     {
+        // NOLINTNEXTLINE(bugprone-sizeof-expression): T may well be a pointer; its size is what is counted.
         allocator->deallocate(block, static_cast<unsigned int>(count * sizeof(T)));
     }
 

@@ -23,6 +23,7 @@ AbstractObjectBuilder::AbstractObjectBuilder() : logger(nullptr) {}
 
 AbstractObjectBuilder::AbstractObjectBuilder(const AbstractObjectBuilder& other) : logger(other.logger) {}
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): copying the logger pointer onto itself is harmless.
 AbstractObjectBuilder& AbstractObjectBuilder::operator=(const AbstractObjectBuilder& other)
 {
     logger = other.logger;

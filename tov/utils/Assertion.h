@@ -49,7 +49,7 @@ bool shouldExecutionBePaused()
                 ::tov::utils::breakIntoDebugger();                                                       \
             }                                                                                            \
             ::tov::utils::OStringStream TOV_FAIL_stream;                                                 \
-            TOV_FAIL_stream << streamExpression;                                                         \
+            TOV_FAIL_stream << streamExpression; /* NOLINT(bugprone-macro-parentheses): a chain of << */ \
             ::tov::utils::assertionFailed(__FILE__, __LINE__, TOV_FAIL_stream.str().c_str());            \
         }                                                                                                \
     } while (false)

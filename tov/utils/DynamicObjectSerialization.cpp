@@ -11,7 +11,7 @@
 #include <tov/utils/impl/ProtobufDynamicObjectBuilder.h>
 #include <tov/utils/impl/ProtobufText.h>
 
-#include <cstring>
+#include <algorithm>
 
 namespace tov {
 namespace utils {
@@ -101,7 +101,7 @@ char* serializeDynamicObject(unsigned int& size, const DynamicObject& object, Ab
     }
     const String& text = output.getText();
     char* buffer = TOV_NEW_ARRAY(static_cast<unsigned int>(text.size()));
-    std::memcpy(buffer, text.data(), text.size());
+    std::copy(text.begin(), text.end(), buffer);
     size = static_cast<unsigned int>(text.size());
     return buffer;
 }

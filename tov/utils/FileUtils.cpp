@@ -4,8 +4,8 @@
 #include <tov/utils/Memory.h>
 #include <tov/utils/String.h>
 
+#include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <fstream>
 
 namespace tov {
@@ -62,7 +62,7 @@ char* loadFile(const char* path, unsigned int& size, AbstractLogger* logger)
     }
     const String text = content.str();
     char* buffer = TOV_NEW_ARRAY(static_cast<unsigned int>(text.size()));
-    std::memcpy(buffer, text.data(), text.size());
+    std::copy(text.begin(), text.end(), buffer);
     size = static_cast<unsigned int>(text.size());
     return buffer;
 }

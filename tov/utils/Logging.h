@@ -13,7 +13,7 @@
         ::tov::utils::AbstractLogger* TOV_LOG_logger = (logger);                                         \
         if (TOV_LOG_logger != nullptr) {                                                                 \
             ::tov::utils::OStringStream TOV_LOG_stream;                                                  \
-            TOV_LOG_stream << streamExpression;                                                          \
+            TOV_LOG_stream << streamExpression; /* NOLINT(bugprone-macro-parentheses): a chain of << */ \
             const ::tov::utils::String TOV_LOG_message = TOV_LOG_stream.str();                           \
             TOV_LOG_logger->logError((errorType), __FILE__, __LINE__, TOV_LOG_message.c_str());          \
         }                                                                                                \
@@ -24,7 +24,7 @@
         ::tov::utils::AbstractLogger* TOV_LOG_logger = (logger);                                         \
         if (TOV_LOG_logger != nullptr && TOV_LOG_logger->isLevelOn()) {                                  \
             ::tov::utils::OStringStream TOV_LOG_stream;                                                  \
-            TOV_LOG_stream << streamExpression;                                                          \
+            TOV_LOG_stream << streamExpression; /* NOLINT(bugprone-macro-parentheses): a chain of << */ \
             const ::tov::utils::String TOV_LOG_message = TOV_LOG_stream.str();                           \
             TOV_LOG_logger->logAtLevel(__FILE__, __LINE__, TOV_LOG_message.c_str());                     \
         }                                                                                                \

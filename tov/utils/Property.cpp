@@ -43,6 +43,7 @@ Property::Property(const Property& other)
 {
 }
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): the clone is taken before anything is released.
 Property& Property::operator=(const Property& other)
 {
     // The holder that this property had is released as well, so that assigning to a valid property

@@ -12,6 +12,7 @@ Random::Random(unsigned int seed) : engine(TOV_NEW impl::Random(seed)) {}
 
 Random::Random(const Random& other) : engine(TOV_NEW impl::Random(*other.engine)) {}
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): the engine assigns its state to itself unharmed.
 Random& Random::operator=(const Random& other)
 {
     *engine = *other.engine;

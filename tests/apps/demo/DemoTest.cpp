@@ -74,7 +74,7 @@ protected:
 
     std::string file(const std::string& name, const std::string& content = "")
     {
-        const std::string path = ::testing::TempDir() + name;
+        std::string path = ::testing::TempDir() + name;
         files.push_back(path);
         if (!content.empty()) {
             std::ofstream(path) << content;
@@ -93,6 +93,7 @@ TEST_F(DemoTest, AgentsOfOneSeedLiveTheSameLivesWhateverTheOrderTheyRunIn)
         live(*first[i], 40);
     }
     std::vector<std::string> expected;
+    expected.reserve(first.size());
     for (const demo::Agent* agent : first) {
         expected.push_back(describe(*agent));
     }

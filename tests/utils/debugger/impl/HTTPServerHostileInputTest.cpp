@@ -125,6 +125,7 @@ TEST_F(HostileInputTest, ManyClientsAtOnceAreAllAnswered)
 {
     std::vector<int> answered(8, 0);
     std::vector<std::thread> clients;
+    clients.reserve(8);
     for (int t = 0; t < 8; ++t) {
         clients.emplace_back([this, t, &answered]() {
             for (int i = 0; i < 125; ++i) {

@@ -33,9 +33,9 @@ public:
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(interface);
         socklen_t size = sizeof(address);
-        ::bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof(address));
-        ::listen(socket, 1);
-        ::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size);
+        EXPECT_EQ(0, ::bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof(address)));
+        EXPECT_EQ(0, ::listen(socket, 1));
+        EXPECT_EQ(0, ::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size));
         port = ntohs(address.sin_port);
     }
     ~PortHolder() { ::close(socket); }

@@ -13,8 +13,6 @@ HTTPLinkInput::HTTPLinkInput(HTTPConnection& connection, unsigned int maximumSiz
 {
 }
 
-HTTPLinkInput::~HTTPLinkInput() = default;
-
 bool HTTPLinkInput::isWritable() const
 {
     return false;

@@ -19,7 +19,7 @@ public:
     // a token that spans its pieces, so an unbounded body would hold the server for as long as a client
     // likes.
     HTTPLinkInput(HTTPConnection& connection, unsigned int maximumSize);
-    ~HTTPLinkInput();
+    ~HTTPLinkInput() = default;
 
     bool isWritable() const override;
     bool write(const char* buffer, unsigned int size, AbstractLogger* logger) override;

@@ -257,12 +257,10 @@ void RequestContext::answer(resources::Status status, const Operation& operation
 {
     switch (status) {
     case resources::Ok:
-        if (!logger->hasErrors()) {
-            reply.sendStatus(JsonHttpReply::Ok);
-        } else if (!form.explainRefusals) {
+        if (logger->hasErrors() && !form.explainRefusals) {
             // The logger's mark stays until the host resets it: every later success answers 500 too.
             reply.sendStatus(JsonHttpReply::InternalServerError);
-        } else if (!errorsBefore) {
+        } else if (logger->hasErrors() && !errorsBefore) {
             // The configured form blames a request only for the errors logged while it ran.
             refuse(JsonHttpReply::InternalServerError, "HTTP request: an error was logged while " +
                                                            String(operation.verb) + " resource '" +
