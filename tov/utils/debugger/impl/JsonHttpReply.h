@@ -5,7 +5,6 @@
 //   engine.retrieveResource(path, length, &query, reply.getObjectBuilder()); reply.sendStatus(0);   // 200
 
 #include <tov/utils/AbstractDataInputOutput.h>
-#include <tov/utils/Export.h>
 #include <tov/utils/JsonObjectBuilder.h>
 #include <tov/utils/String.h>
 
@@ -16,10 +15,10 @@ namespace impl {
 
 class HTTPConnection;
 
-class TOV_UTILS_API JsonHttpReply {
+class JsonHttpReply {
 public:
     // The body: written by the builder, never read back through the stream interface.
-    class TOV_UTILS_API Buffer : public AbstractDataInputOutput {
+    class Buffer : public AbstractDataInputOutput {
     public:
         Buffer();
         ~Buffer();
