@@ -18,20 +18,17 @@ import sys
 EXCEPTIONS = [
     # Public templates of Property.inl and TypeManager.inl call these in the host's code for the built-in
     # value types; the specializations are defined in the library.
-    (r"\btov::utils::details::getClassTypeId<", "details::getClassTypeId of the built-in types"),
+    (r"^tov::utils::details::getClassTypeId<", "details::getClassTypeId of the built-in types"),
     # TypeManager::registerProperty (TypeManager.inl) adds the property to its owner's metadata in the
     # host's code.
-    (r"\btov::utils::details::TypeMetadata::", "details::TypeMetadata"),
+    (r"^tov::utils::details::TypeMetadata::", "details::TypeMetadata"),
     # Property::setAccessors (Property.inl) makes a details::MemberPropertyHolder<Owner, Value> in the
     # host's code: its bases' constructors, destructors, vtables and type information come from here.
-    (r"\btov::utils::details::(Abstract)?PropertyHolder\b", "details::PropertyHolder and its base"),
-    # A unique object of libstdc++'s std::to_chars, inlined into the library: the compiler always gives
-    # such objects default visibility.
-    (r"^std::__detail::__to_chars_10_impl<.*::__digits$", "libstdc++'s digit table"),
-    # libstdc++'s copy helpers, instantiated by a std::deque of AbstractContext* in the library: a template
-    # of std over exported types takes their default visibility.
-    (r"\bstd::__copy_move(_backward)?_a1<true, tov::utils::debugger::AbstractContext\*\*",
-     "std::deque's copy helpers over AbstractContext*"),
+    (r"^tov::utils::details::(Abstract)?PropertyHolder\b", "details::PropertyHolder and its base"),
+    # libstdc++'s templates instantiated in the library (a std::deque of AbstractContext*, std::to_chars
+    # ...): namespace std has default visibility, so the compiler exports them; how many depends on what
+    # it inlines (a Debug build exports more).
+    (r"^(std|__gnu_cxx)::", "libstdc++'s instantiations"),
 ]
 
 PREFIXES = ("vtable for ", "typeinfo for ", "typeinfo name for ", "VTT for ", "guard variable for ",
@@ -99,18 +96,22 @@ def public_names(utils):
 
 def main():
     library, utils = sys.argv[1], sys.argv[2]
-    output = subprocess.run(["nm", "-DC", "--defined-only", library], check=True, capture_output=True,
+    output = subprocess.run(["nm", "-D", "--defined-only", library], check=True, capture_output=True,
                             text=True).stdout
-    symbols = [line.split(" ", 2)[2] for line in output.splitlines() if line.count(" ") >= 2]
+    mangled = [line.split(" ", 2)[2] for line in output.splitlines() if line.count(" ") >= 2]
+    # AddressSanitizer adds an indicator beside each global (__odr_asan.<global>): it stands for its global.
+    mangled = [re.sub(r"^__odr_asan[.]", "", symbol) for symbol in mangled]
+    symbols = subprocess.run(["c++filt"], input="\n".join(mangled), check=True, capture_output=True,
+                             text=True).stdout.splitlines()
     names = public_names(utils)
     used = set()
     strays = []
     for symbol in symbols:
-        exception = next((pattern for pattern, _ in EXCEPTIONS if re.search(pattern, symbol)), None)
+        name = qualified_name(spell_operators(symbol))
+        exception = next((pattern for pattern, _ in EXCEPTIONS if re.search(pattern, name)), None)
         if exception:
             used.add(exception)
             continue
-        name = qualified_name(spell_operators(symbol))
         parts = [re.sub(r"<.*>$", "", part) for part in top_level_split(name)]
         while len(parts) > 1 and parts[0] in NAMESPACES:
             parts.pop(0)
