@@ -57,7 +57,8 @@ if [ "$sanitizers" -eq 1 ]; then
   section "thread sanitizer build"
   # The suites whose tests run threads: the debugger's simulated hosts, the HTTP server, the event
   # registry, and the foundation's threads, mutexes and per-thread memory counters; and the programs:
-  # the demo's simulation threads under its tour and under the clients.
+  # the demo's simulation threads under its tour, the command-line client, tov-dap and the browser
+  # (about 25 seconds in all under ThreadSanitizer).
   threaded=(tov_debugger_tests tov_event_tests tov_inspection_tests tov_foundation_tests)
   cmake --preset tsan
   cmake --build --preset tsan -j "$jobs" --target "${threaded[@]}" tov-demo tov-inspect tov-dap
@@ -68,7 +69,8 @@ if [ "$sanitizers" -eq 1 ]; then
     # the failure reported; that misuse is what the sanitizer exists to flag.
     "build-tsan/tests/$suite" --gtest_filter=-Mutex.LockFailuresAreLoggedOnlyWithALogger:Mutex.DestroyingALockedMutex*
   done
-  ctest --test-dir build-tsan --output-on-failure -R '^(tov_demo_tour|tov_programs_command_line|tov_dap_client)$'
+  ctest --test-dir build-tsan --output-on-failure \
+        -R '^(tov_demo_tour|tov_programs_command_line|tov_dap_client|tov_viewer_browser)$'
   unset TSAN_OPTIONS
 fi
 
