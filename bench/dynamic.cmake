@@ -1,1 +1,1 @@
-tov_add_benchmark(bench_dynamic_object DynamicObjectBench.cpp)
+tov_add_benchmark(bench_dynamic_object LAYER dynamic DynamicObjectBench.cpp)

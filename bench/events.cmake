@@ -1,1 +1,1 @@
-tov_add_benchmark(bench_events EventBench.cpp)
+tov_add_benchmark(bench_events LAYER inspection EventBench.cpp)

@@ -1,1 +1,1 @@
-tov_add_benchmark(bench_string_table StringTableBench.cpp)
+tov_add_benchmark(bench_string_table LAYER foundation StringTableBench.cpp)

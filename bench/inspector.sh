@@ -23,7 +23,7 @@ while [ $# -gt 0 ]; do
 done
 command -v wrk >/dev/null || { echo "bench/inspector.sh needs wrk (scripts/setup.sh installs it)" >&2; exit 1; }
 
-cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTOV_BUILD_BENCH=ON >/dev/null
+cmake --preset default -B "$build" >/dev/null
 cmake --build "$build" -j "$(nproc)" --target bench_inspector_host >/dev/null
 host="$build/bench/bench_inspector_host"
 

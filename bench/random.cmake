@@ -1,1 +1,1 @@
-tov_add_benchmark(bench_random RandomBench.cpp)
+tov_add_benchmark(bench_random LAYER random RandomBench.cpp)

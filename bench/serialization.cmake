@@ -1,4 +1,4 @@
-tov_add_benchmark(bench_json JsonBench.cpp)
+tov_add_benchmark(bench_json LAYER serialization JsonBench.cpp)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(BENCH_YAJL REQUIRED IMPORTED_TARGET yajl)
 target_link_libraries(bench_json PRIVATE PkgConfig::BENCH_YAJL)

@@ -1,1 +1,1 @@
-tov_add_benchmark(bench_uri UriBench.cpp)
+tov_add_benchmark(bench_uri LAYER uri UriBench.cpp)

@@ -27,7 +27,7 @@ if ! command -v node >/dev/null || ! command -v chromium >/dev/null ||
   exit 0
 fi
 
-cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+cmake --preset default -B "$build" >/dev/null
 cmake --build "$build" -j "$(nproc)" --target tov-demo >/dev/null
 output=$(CHROMIUM=$(command -v chromium) node bench/viewer.mjs "$build/apps/demo/tov-demo" "$seconds" "$rounds")
 echo "$output" | grep '^page '

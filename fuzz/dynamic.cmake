@@ -1,1 +1,1 @@
-tov_add_fuzzer(fuzz_dynamic_object_paths DynamicObjectPathsFuzzer.cpp)
+tov_add_fuzzer(fuzz_dynamic_object_paths LAYER dynamic DynamicObjectPathsFuzzer.cpp)

@@ -1,1 +1,1 @@
-tov_add_fuzzer(fuzz_random_deserialize RandomDeserializeFuzzer.cpp)
+tov_add_fuzzer(fuzz_random_deserialize LAYER random RandomDeserializeFuzzer.cpp)

@@ -1,2 +1,2 @@
-tov_add_fuzzer(fuzz_json_dynamic_object JsonDynamicObjectFuzzer.cpp)
-tov_add_fuzzer(fuzz_saved_dynamic_object SavedDynamicObjectFuzzer.cpp)
+tov_add_fuzzer(fuzz_json_dynamic_object LAYER serialization JsonDynamicObjectFuzzer.cpp)
+tov_add_fuzzer(fuzz_saved_dynamic_object LAYER serialization SavedDynamicObjectFuzzer.cpp)

@@ -8,9 +8,9 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
 report=()
 [ "${1:-}" = "--report" ] && report=(--report bench/REPORT.md)
-cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTOV_BUILD_BENCH=ON >/dev/null
+cmake --preset default >/dev/null
 programs=$(sed -n 's/^tov_add_benchmark(\([A-Za-z0-9_]*\).*/\1/p' bench/*.cmake)
-cmake --build build -j "$(nproc)" --target $programs
+cmake --build --preset default -j "$(nproc)" --target $programs
 paths=()
 for program in $programs; do paths+=("build/bench/$program"); done
 rows=$(mktemp)

@@ -5,8 +5,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/setup.sh
-cmake -S . -B build -DTOV_BUILD_BENCH=OFF
-cmake --build build -j "$(nproc)" --target tov-demo tov-inspect
+cmake --preset default
+cmake --build --preset default -j "$(nproc)" --target tov-demo tov-inspect
 
 # The demo prints the URL it really listens on (--port 0 takes a free one), with requests to try.
 echo "tov-demo starts below; the inspector's client is build/apps/inspect/tov-inspect (--help for more)."

@@ -15,10 +15,9 @@ while [ $# -gt 0 ]; do
   esac
 done
 
-CC=clang CXX=clang++ cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTOV_BUILD_FUZZ=ON \
-  -DTOV_SANITIZE=address,undefined -DTOV_BUILD_TESTS=OFF -DTOV_BUILD_BENCH=OFF -DTOV_BUILD_APPS=OFF >/dev/null
+cmake --preset fuzz >/dev/null
 targets=$(sed -n 's/^tov_add_fuzzer(\([A-Za-z0-9_]*\).*/\1/p' fuzz/*.cmake)
-cmake --build build-fuzz -j "$(nproc)" --target $targets
+cmake --build --preset fuzz -j "$(nproc)" --target $targets
 
 mkdir -p build-fuzz/findings
 status=0

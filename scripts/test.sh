@@ -28,40 +28,50 @@ bash scripts/setup.sh
 
 section() { printf '\n== %s ==\n' "$*"; }
 
+# The builds are the presets of CMakePresets.json (default, asan, tsan, fuzz), with warnings as errors.
 section "normal build"
-cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo
-cmake --build build -j "$jobs"
+cmake --preset default
+cmake --build --preset default -j "$jobs"
 section "tests"
-TOV_SOAK_SECONDS=$soakSeconds ctest --test-dir build --output-on-failure -j "$jobs"
+ctest --preset default -j "$jobs"
+section "soak"
+# Left out of a plain ctest: it runs for minutes.
+TOV_SOAK_SECONDS=$soakSeconds ctest --test-dir build -C soak -L soak --output-on-failure
 
 if [ "$sanitizers" -eq 1 ]; then
   section "sanitizer build (address, undefined)"
-  cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DTOV_SANITIZE=address,undefined \
-        -DTOV_BUILD_BENCH=OFF -DTOV_BUILD_APPS=OFF
-  cmake --build build-asan -j "$jobs"
+  cmake --preset asan
+  cmake --build --preset asan -j "$jobs"
   section "tests under sanitizers"
   # Any report ends the test process with a failure: ASan always, UBSan through -fno-sanitize-recover.
-  # The soak runs a shorter while here: it looks for leaks and bad accesses, not for endurance.
-  TOV_SOAK_SECONDS=30 ASAN_OPTIONS=detect_leaks=1:abort_on_error=0:strict_string_checks=1 \
-  UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
-    ctest --test-dir build-asan --output-on-failure -j "$jobs"
+  # The programs' tests run the sanitized tov-demo, tov-inspect and tov-dap. The soak runs a shorter
+  # while here: it looks for leaks and bad accesses, not for endurance.
+  export ASAN_OPTIONS=detect_leaks=1:abort_on_error=0:strict_string_checks=1
+  export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+  ctest --preset asan -j "$jobs"
+  TOV_SOAK_SECONDS=30 ctest --test-dir build-asan -C soak -L soak --output-on-failure
+  unset ASAN_OPTIONS UBSAN_OPTIONS
 fi
 
 if [ "$sanitizers" -eq 1 ]; then
   section "thread sanitizer build"
   # The suites whose tests run threads: the debugger's simulated hosts, the HTTP server, the event
-  # registry, and the foundation's threads, mutexes and per-thread memory counters.
+  # registry, and the foundation's threads, mutexes and per-thread memory counters; and the programs:
+  # the demo's simulation threads under its tour, the command-line client, tov-dap and the browser
+  # (about 25 seconds in all under ThreadSanitizer).
   threaded=(tov_debugger_tests tov_event_tests tov_inspection_tests tov_foundation_tests)
-  cmake -S . -B build-tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTOV_SANITIZE=thread \
-        -DTOV_BUILD_BENCH=OFF -DTOV_BUILD_APPS=OFF
-  cmake --build build-tsan -j "$jobs" --target "${threaded[@]}"
+  cmake --preset tsan
+  cmake --build --preset tsan -j "$jobs" --target "${threaded[@]}" tov-demo tov-inspect tov-dap
   section "threaded tests under ThreadSanitizer"
+  export TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1
   for suite in "${threaded[@]}"; do
     # Two Mutex tests misuse a mutex on purpose (unlocking one not held, destroying one held) to see
     # the failure reported; that misuse is what the sanitizer exists to flag.
-    TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \
-      "build-tsan/tests/$suite" --gtest_filter=-Mutex.LockFailuresAreLoggedOnlyWithALogger:Mutex.DestroyingALockedMutex*
+    "build-tsan/tests/$suite" --gtest_filter=-Mutex.LockFailuresAreLoggedOnlyWithALogger:Mutex.DestroyingALockedMutex*
   done
+  ctest --test-dir build-tsan --output-on-failure \
+        -R '^(tov_demo_tour|tov_programs_command_line|tov_dap_client|tov_viewer_browser)$'
+  unset TSAN_OPTIONS
 fi
 
 if [ "$sanitizers" -eq 1 ]; then

@@ -1,4 +1,4 @@
-tov_add_test_suite(tov_dynamic_tests
+tov_add_test_suite(tov_dynamic_tests LAYER dynamic
   utils/DynamicObjectTest.cpp
   utils/DynamicObjectPropertiesTest.cpp
   utils/DynamicObjectIteratorTest.cpp

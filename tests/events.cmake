@@ -1,4 +1,4 @@
-tov_add_test_suite(tov_event_tests
+tov_add_test_suite(tov_event_tests LAYER inspection
   utils/debugger/EventRequestTest.cpp
   utils/debugger/RequestRegistryTest.cpp
   utils/debugger/impl/EventFilterFactoryTest.cpp)

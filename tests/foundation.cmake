@@ -1,6 +1,5 @@
-tov_add_test_suite(tov_foundation_tests
+tov_add_test_suite(tov_foundation_tests LAYER foundation
   allocator/AllocatorTest.cpp
-  utils/SystemTest.cpp
   utils/LoggerTest.cpp
   utils/UuidTest.cpp
   utils/ThreadTest.cpp

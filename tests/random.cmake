@@ -1,4 +1,4 @@
-tov_add_test_suite(tov_random_tests
+tov_add_test_suite(tov_random_tests LAYER random
   utils/impl/RandomEngineTest.cpp
   utils/RandomTest.cpp
   utils/RandomManagerTest.cpp

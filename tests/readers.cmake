@@ -1,2 +1,2 @@
 # Readers for values from outside, which refuse instead of asserting.
-tov_add_test_suite(tov_reader_tests utils/DynamicObjectReaderTest.cpp)
+tov_add_test_suite(tov_reader_tests LAYER dynamic utils/DynamicObjectReaderTest.cpp)

@@ -1,4 +1,4 @@
-tov_add_test_suite(tov_serialization_tests
+tov_add_test_suite(tov_serialization_tests LAYER serialization
   utils/JsonSerializationTest.cpp
   utils/JsonTestSuiteTest.cpp
   utils/DynamicObjectSerializationTest.cpp

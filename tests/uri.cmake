@@ -1,2 +1,2 @@
-tov_add_test_suite(tov_uri_tests
+tov_add_test_suite(tov_uri_tests LAYER uri
   utils/UriTest.cpp)

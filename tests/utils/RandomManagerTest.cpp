@@ -1,4 +1,3 @@
-#include <tov/utils/Facilities.h>
 #include <tov/utils/RandomManager.h>
 
 #include <gtest/gtest.h>
@@ -42,20 +41,4 @@ TEST(RandomManager, ReseedingLeavesEarlierStreamsAlone)
     Random early = manager.createRandomStream(1);
     manager.seed(20);
     EXPECT_TRUE(sameStream(Random(11), early));
-}
-
-TEST(RandomManager, FacilitiesOwnOneWithTheDefaultSeed)
-{
-    ASSERT_FALSE(Facilities::isSet());
-    Facilities::create();
-    RandomManager& manager = Facilities::instance().getRandomNumberGenerator();
-    EXPECT_EQ(0xFFFF000u, manager.getSeed());
-    manager.seed(3);
-    const Facilities& facilities = Facilities::instance();
-    EXPECT_EQ(3u, facilities.getRandomNumberGenerator().getSeed());
-    Facilities::destroy();
-
-    Facilities::create();
-    EXPECT_EQ(0xFFFF000u, Facilities::instance().getRandomNumberGenerator().getSeed());
-    Facilities::destroy();
 }

@@ -1,5 +1,6 @@
 #include <tov/utils/BufferLogger.h>
 #include <tov/utils/Facilities.h>
+#include <tov/utils/RandomManager.h>
 #include <tov/utils/StringTable.h>
 #include <tov/utils/System.h>
 
@@ -76,6 +77,22 @@ TEST_F(LifeCycle, SingletonMisuseIsAnAssertion)
     Facilities::destroy();   // nothing to destroy: silent
     ASSERT_TRUE(initialize(nullptr));
     EXPECT_ASSERTION(Facilities::create(), "trying to overwrite singleton instance");
+}
+
+TEST(RandomManager, FacilitiesOwnOneWithTheDefaultSeed)
+{
+    ASSERT_FALSE(Facilities::isSet());
+    Facilities::create();
+    RandomManager& manager = Facilities::instance().getRandomNumberGenerator();
+    EXPECT_EQ(0xFFFF000u, manager.getSeed());
+    manager.seed(3);
+    const Facilities& facilities = Facilities::instance();
+    EXPECT_EQ(3u, facilities.getRandomNumberGenerator().getSeed());
+    Facilities::destroy();
+
+    Facilities::create();
+    EXPECT_EQ(0xFFFF000u, Facilities::instance().getRandomNumberGenerator().getSeed());
+    Facilities::destroy();
 }
 
 TEST(Version, EntryPointsAndConstants)

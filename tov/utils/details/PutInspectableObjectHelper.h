@@ -4,7 +4,6 @@
 //   details::putInspectableObjectHelper(object, object.addProperty("speed"), 2.5f, typeManager, logger);
 //   object.getReal("speed");   // 2.5
 
-#include <tov/utils/Export.h>
 #include <tov/utils/String.h>
 
 namespace tov {
@@ -23,30 +22,30 @@ bool putInspectableObjectHelper(DynamicObject& object, unsigned int property, co
                                 const TypeManager& typeManager, AbstractLogger* logger);
 
 template <>
-TOV_UTILS_API bool putInspectableObjectHelper<int>(DynamicObject& object, unsigned int property, const int& value,
+bool putInspectableObjectHelper<int>(DynamicObject& object, unsigned int property, const int& value,
                                                    const TypeManager& typeManager, AbstractLogger* logger);
 template <>
-TOV_UTILS_API bool putInspectableObjectHelper<long long>(DynamicObject& object, unsigned int property,
+bool putInspectableObjectHelper<long long>(DynamicObject& object, unsigned int property,
                                                          const long long& value, const TypeManager& typeManager,
                                                          AbstractLogger* logger);
 template <>
-TOV_UTILS_API bool putInspectableObjectHelper<bool>(DynamicObject& object, unsigned int property, const bool& value,
+bool putInspectableObjectHelper<bool>(DynamicObject& object, unsigned int property, const bool& value,
                                                     const TypeManager& typeManager, AbstractLogger* logger);
 template <>
-TOV_UTILS_API bool putInspectableObjectHelper<float>(DynamicObject& object, unsigned int property,
+bool putInspectableObjectHelper<float>(DynamicObject& object, unsigned int property,
                                                      const float& value, const TypeManager& typeManager,
                                                      AbstractLogger* logger);
 template <>
-TOV_UTILS_API bool putInspectableObjectHelper<double>(DynamicObject& object, unsigned int property,
+bool putInspectableObjectHelper<double>(DynamicObject& object, unsigned int property,
                                                       const double& value, const TypeManager& typeManager,
                                                       AbstractLogger* logger);
 template <>
-TOV_UTILS_API bool putInspectableObjectHelper<String>(DynamicObject& object, unsigned int property,
+bool putInspectableObjectHelper<String>(DynamicObject& object, unsigned int property,
                                                       const String& value, const TypeManager& typeManager,
                                                       AbstractLogger* logger);
 // Copies `value` as a subtree, merged into what the property holds.
 template <>
-TOV_UTILS_API bool putInspectableObjectHelper<DynamicObject>(DynamicObject& object, unsigned int property,
+bool putInspectableObjectHelper<DynamicObject>(DynamicObject& object, unsigned int property,
                                                              const DynamicObject& value,
                                                              const TypeManager& typeManager,
                                                              AbstractLogger* logger);

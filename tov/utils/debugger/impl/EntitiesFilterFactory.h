@@ -4,7 +4,6 @@
 //   EntitiesFilterFactory make;
 //   AbstractEventFilter* filter = make(query, property);   // an EntitiesFilter, or null for no array
 
-#include <tov/utils/Export.h>
 #include <tov/utils/debugger/AbstractEventFilterFactory.h>
 
 namespace tov {
@@ -12,7 +11,7 @@ namespace utils {
 namespace debugger {
 namespace impl {
 
-class TOV_UTILS_API EntitiesFilterFactory : public AbstractEventFilterFactory {
+class EntitiesFilterFactory : public AbstractEventFilterFactory {
 public:
     // Null when the property is no array. Each integer element adds the entity 0, see the source.
     AbstractEventFilter* operator()(const DynamicObject& object, unsigned int property) const override;

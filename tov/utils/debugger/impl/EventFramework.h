@@ -7,7 +7,6 @@
 //   DELETE /api/events/0            DELETE /api/events/subscriptions
 
 #include <tov/utils/Containers.h>
-#include <tov/utils/Export.h>
 #include <tov/utils/Mutex.h>
 #include <tov/utils/Uri.h>
 #include <tov/utils/debugger/AbstractEngine.h>
@@ -23,7 +22,7 @@ namespace impl {
 
 struct PathSegment;
 
-class TOV_UTILS_API EventFramework : public AbstractEngine, public AbstractEventListener {
+class EventFramework : public AbstractEngine, public AbstractEventListener {
 public:
     // The order of the codes matters: from suspension on an event has an entity, from breakpoint on
     // also a location.

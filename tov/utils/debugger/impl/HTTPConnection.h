@@ -4,14 +4,12 @@
 //   JsonHttpReply reply(connection, logger);   // answers through connection.write
 //   HTTPServer::handleRequest(framework, connection);
 
-#include <tov/utils/Export.h>
-
 namespace tov {
 namespace utils {
 namespace debugger {
 namespace impl {
 
-class TOV_UTILS_API HTTPConnection {
+class HTTPConnection {
 public:
     virtual ~HTTPConnection();
 

@@ -4,7 +4,6 @@
 //   deserializeDynamicObjectFromJson(object, body, logger);
 
 #include <tov/utils/AbstractDataInputOutput.h>
-#include <tov/utils/Export.h>
 
 namespace tov {
 namespace utils {
@@ -13,7 +12,7 @@ namespace impl {
 
 class HTTPConnection;
 
-class TOV_UTILS_API HTTPLinkInput : public AbstractDataInputOutput {
+class HTTPLinkInput : public AbstractDataInputOutput {
 public:
     // Reading past `maximumSize` bytes fails: the JSON reader takes time in the square of the length of
     // a token that spans its pieces, so an unbounded body would hold the server for as long as a client

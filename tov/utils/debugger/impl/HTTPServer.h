@@ -8,7 +8,6 @@
 //   server.start(HttpSettings());   // GET http://127.0.0.1:<getPort()>/api/<engine>/...
 //   server.stop();
 
-#include <tov/utils/Export.h>
 #include <tov/utils/ScopedPtr.h>
 
 namespace tov {
@@ -22,7 +21,7 @@ namespace impl {
 
 class HTTPConnection;
 
-class TOV_UTILS_API HTTPServer {
+class HTTPServer {
 public:
     struct Private;
 

@@ -4,7 +4,6 @@
 //   HitCountFilterFactory make;
 //   AbstractEventFilter* filter = make(query, property);   // 3 gives HitCountFilter(3, atLeast)
 
-#include <tov/utils/Export.h>
 #include <tov/utils/debugger/AbstractEventFilterFactory.h>
 
 namespace tov {
@@ -12,7 +11,7 @@ namespace utils {
 namespace debugger {
 namespace impl {
 
-class TOV_UTILS_API HitCountFilterFactory : public AbstractEventFilterFactory {
+class HitCountFilterFactory : public AbstractEventFilterFactory {
 public:
     // Null when the property is no integer.
     AbstractEventFilter* operator()(const DynamicObject& object, unsigned int property) const override;

@@ -38,7 +38,7 @@ namespace impl {
 // Locks: the table changes only under both locks, the engine list lock taken first; a reader holds
 // either. So routing (state lock) and enableAllEngines (engine list lock) may run side by side, and
 // both are safe against registration.
-class TOV_UTILS_API InspectionFrameworkImpl : public AbstractEventListener {
+class InspectionFrameworkImpl : public AbstractEventListener {
 public:
     // Registers the debugger engine under "debug".
     InspectionFrameworkImpl(Facilities& facilities, ExecutionController& controller);

@@ -4,7 +4,6 @@
 //   JsonHttpReply reply(connection, logger);
 //   engine.retrieveResource(path, length, &query, reply.getObjectBuilder()); reply.sendStatus(0);   // 200
 
-#include <tov/utils/Export.h>
 #include <tov/utils/JsonObjectBuilder.h>
 #include <tov/utils/MemoryInputOutput.h>
 #include <tov/utils/String.h>
@@ -16,7 +15,7 @@ namespace impl {
 
 class HTTPConnection;
 
-class TOV_UTILS_API JsonHttpReply {
+class JsonHttpReply {
 public:
     // Indices of the status table given to sendStatus; any other index stands for 500.
     enum StatusIndex {

@@ -4,7 +4,6 @@
 //   LocationFilterFactory make;
 //   AbstractEventFilter* filter = make(query, property);   // "tov:simulation" gives a LocationFilter
 
-#include <tov/utils/Export.h>
 #include <tov/utils/debugger/AbstractEventFilterFactory.h>
 
 namespace tov {
@@ -12,7 +11,7 @@ namespace utils {
 namespace debugger {
 namespace impl {
 
-class TOV_UTILS_API LocationFilterFactory : public AbstractEventFilterFactory {
+class LocationFilterFactory : public AbstractEventFilterFactory {
 public:
     // Null when the property is no string or its text is no Uri.
     AbstractEventFilter* operator()(const DynamicObject& object, unsigned int property) const override;

@@ -4,7 +4,6 @@
 //   MainContextFactory factory;
 //   AbstractContext* bottom = factory.create();   // bottom->getLocation() reads "tov:simulation"
 
-#include <tov/utils/Export.h>
 #include <tov/utils/Uri.h>
 #include <tov/utils/debugger/AbstractContext.h>
 
@@ -12,7 +11,7 @@ namespace tov {
 namespace utils {
 namespace debugger {
 
-class TOV_UTILS_API MainContext : public AbstractContext {
+class MainContext : public AbstractContext {
     TOV_STATIC_OBJECT
 
 public:

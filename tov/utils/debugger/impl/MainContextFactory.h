@@ -4,14 +4,13 @@
 //   MainContextFactory factory;
 //   AbstractContext* bottom = factory.create();   // a MainContext at "tov:simulation"
 
-#include <tov/utils/Export.h>
 #include <tov/utils/debugger/AbstractContextFactory.h>
 
 namespace tov {
 namespace utils {
 namespace debugger {
 
-class TOV_UTILS_API MainContextFactory : public AbstractContextFactory {
+class MainContextFactory : public AbstractContextFactory {
 public:
     AbstractContext* create() override;
 };

@@ -7,8 +7,6 @@
 // /ui/, with /ui sent on to /ui/, it needs nothing else from the server. tests/viewer/devserver.mjs
 // shows the headers that go with a file (no-cache with the tag, 304 for a matching If-None-Match).
 
-#include <tov/utils/Export.h>
-
 namespace tov {
 namespace utils {
 namespace debugger {
@@ -23,7 +21,7 @@ struct ViewerFile {
     const char* etag;            // the ETag, quoted as the header wants it: "\"1f3a...\""
 };
 
-class TOV_UTILS_API ViewerFiles {
+class ViewerFiles {
 public:
     // The file at a path below /ui/: "" (the folder itself) gives index.html. The path is compared as
     // it is, with no decoding and no "." or ".." steps, so only the files of the folder are ever found.

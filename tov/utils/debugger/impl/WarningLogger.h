@@ -6,14 +6,13 @@
 //   deserializeDynamicObjectFromJson(object, body, &relaxed); if (relaxed.hasErrors()) { ... }
 
 #include <tov/utils/AbstractLogger.h>
-#include <tov/utils/Export.h>
 
 namespace tov {
 namespace utils {
 namespace debugger {
 namespace impl {
 
-class TOV_UTILS_API WarningLogger : public AbstractLogger {
+class WarningLogger : public AbstractLogger {
 public:
     // Takes the trace, info and warning settings that `logger` has now; `logger` must outlive this one.
     explicit WarningLogger(AbstractLogger& logger);
