@@ -2,20 +2,14 @@
 
 #include <tov/utils/Assertion.h>
 #include <tov/utils/DynamicObject.h>
+#include <tov/utils/impl/DynamicObjectNodes.h>
 
 namespace tov {
 namespace utils {
 
 using details::DynamicObjectNode;
 
-namespace {
-
-bool isSeparator(signed char c)
-{
-    return c == '.' || c == '[';
-}
-
-} // namespace
+using impl::isSeparator;
 
 DynamicObjectIterator::DynamicObjectIterator(const DynamicObject& object, unsigned int property)
     : object(&object), startProperty(0), startValue(0), property(0), maxDepth(0xFFFFFFFFu), depth(0)

@@ -4,6 +4,7 @@
 #include <tov/utils/Assertion.h>
 #include <tov/utils/DynamicObjectIterator.h>
 #include <tov/utils/String.h>
+#include <tov/utils/impl/DynamicObjectNodes.h>
 
 #include <algorithm>
 #include <cstring>
@@ -13,43 +14,13 @@ namespace utils {
 
 using details::DynamicObjectNode;
 
-namespace {
-
-const char* const nullKeyMessage = "Null string given as a key";
-const char* const invalidPropertyMessage = "Invalid property";
-const char* const unknownTypeMessage = " is an unknown tov::utils::type";
-// Room for "[99999]", the longest array key.
-const unsigned int arrayKeyCapacity = 7;
-
-unsigned int lengthOf(const char* text)
-{
-    return text != nullptr ? static_cast<unsigned int>(std::strlen(text)) : 0;
-}
-
-// "." followed by a name, on the stack for the usual short names.
-class ChildKey {
-public:
-    ChildKey(const char* name, unsigned int length, bool withSeparator)
-    {
-        const unsigned int total = length + (withSeparator ? 1 : 0);
-        text = total <= sizeof(shortText) ? shortText : (longText.resize(total), &longText[0]);
-        if (withSeparator) {
-            text[0] = '.';
-        }
-        std::memcpy(text + (withSeparator ? 1 : 0), name, length);
-        size = total;
-    }
-    const char* data() const { return text; }
-    unsigned int length() const { return size; }
-
-private:
-    char shortText[64];
-    String longText;
-    char* text;
-    unsigned int size;
-};
-
-} // namespace
+using impl::ChildKey;
+using impl::arrayKeyCapacity;
+using impl::invalidPropertyMessage;
+using impl::isSeparator;
+using impl::lengthOf;
+using impl::nullKeyMessage;
+using impl::unknownTypeMessage;
 
 bool DynamicObject::hasProperty(const char* key) const
 {
@@ -403,24 +374,13 @@ void DynamicObject::collectElements(unsigned int level, unsigned int index, unsi
         }
         const signed char c = node->trie.splitChar;
         if (c >= '0' && c <= '9') {
-            if (digits < 5 && !(digits != 0 && index == 0)) {
+            if (digits < impl::arrayIndexDigits && !(digits != 0 && index == 0)) {
                 collectElements(node->trie.equal, index * 10 + static_cast<unsigned int>(c - '0'), digits + 1,
                                 elements, count);
             }
         } else if (c == ']' && digits != 0 && index < count) {
-            unsigned int element = node->trie.equal;
-            while (element != 0) {
-                const DynamicObjectNode* candidate = getNode(element);
-                if (candidate == nullptr) {
-                    element = 0;
-                    break;
-                }
-                if (candidate->trie.splitChar == 0) {
-                    break;
-                }
-                element = candidate->trie.splitChar > 0 ? candidate->trie.less : candidate->trie.greater;
-            }
-            elements[index] = element;
+            elements[index] =
+                impl::findLevelSplitNode(node->trie.equal, [this](unsigned int h) { return getNode(h); });
         }
         level = node->trie.greater;
     }
@@ -604,7 +564,7 @@ bool DynamicObject::eraseChild(unsigned int parent, unsigned int index)
         }
         if (node->trie.greater != 0) {
             const DynamicObjectNode* separator = getNode(node->trie.greater);
-            TOV_ASSERT(separator != nullptr && (separator->trie.splitChar == '.' || separator->trie.splitChar == '['),
+            TOV_ASSERT(separator != nullptr && isSeparator(separator->trie.splitChar),
                        "Invalid state, the greater node of " << element << " is not a valid property separator.");
         }
         if (previous != nullptr) {

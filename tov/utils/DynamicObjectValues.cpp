@@ -7,6 +7,7 @@
 #include <tov/utils/DynamicValue.h>
 #include <tov/utils/StringTable.h>
 #include <tov/utils/impl/DynamicKey.h>
+#include <tov/utils/impl/DynamicObjectNodes.h>
 
 #include <cstring>
 
@@ -15,18 +16,10 @@ namespace utils {
 
 using details::DynamicObjectNode;
 
-namespace {
-
-const char* const nullKeyMessage = "Null string given as a key";
-const char* const invalidPropertyMessage = "Invalid property";
-const char* const unknownTypeMessage = " is an unknown tov::utils::type";
-
-unsigned int lengthOf(const char* text)
-{
-    return text != nullptr ? static_cast<unsigned int>(std::strlen(text)) : 0;
-}
-
-} // namespace
+using impl::invalidPropertyMessage;
+using impl::lengthOf;
+using impl::nullKeyMessage;
+using impl::unknownTypeMessage;
 
 // Readers.
 
