@@ -5,6 +5,7 @@
 #include <tov/utils/DynamicObjectIterator.h>
 #include <tov/utils/String.h>
 #include <tov/utils/impl/DynamicObjectNodes.h>
+#include <tov/utils/impl/PathCursor.h>
 
 #include <algorithm>
 #include <cstring>
@@ -67,59 +68,28 @@ unsigned int DynamicObject::addProperty(const char* key, unsigned int length)
     if (key == nullptr) {
         return 0;
     }
-    // A part in the middle of a path becomes a child of what comes before it, which must then be able to
-    // hold children: adding below a scalar or an array would count the child into the value's bits and
-    // turn it into an object, leaving a count that no walk can bring back to 0.
-    auto addPart = [this](unsigned int parent, const char* part, unsigned int partLength) -> unsigned int {
-        return isTypeCompatible(parent, type::object) ? doAddChild(parent, part, partLength) : 0;
-    };
+    // Each part of the path is made as the cursor reaches it; the last one, left in the cursor's rest,
+    // is the property asked for.
+    impl::PathCursor cursor(key, length);
     unsigned int current = root;
-    unsigned int partStart = 0;
-    bool insideBrackets = false;
-    unsigned int index = 0;
-    for (unsigned int position = 0; position < length && current != 0; ++position) {
-        const char c = key[position];
-        if (!insideBrackets) {
-            if (c == '.') {
-                if ((position > partStart && current == root) || position > partStart + 1) {
-                    current = addPart(current, key + partStart, position - partStart);
-                    partStart = position;
-                } else if (key[partStart] == ']') {
-                    partStart = position;
-                } else {
-                    current = 0;
-                }
-            } else if (c == '[') {
-                insideBrackets = true;
-                index = 0;
-                // A first part ended by "[" must be longer than one character, as the position of the
-                // part's own first character is taken for that of a separator. Kept: on a null object
-                // `a[0]` makes the root itself an array.
-                if (position > partStart + 1) {
-                    current = addPart(current, key + partStart, position - partStart);
-                    partStart = position;
-                }
-            } else if (c == ']' || c == '\0') {
-                // A zero byte inside a name would read as the end of a path in the trie.
-                current = 0;
+    for (impl::PathCursor::Step step = cursor.next(true); current != 0; step = cursor.next(current == root)) {
+        if (step == impl::PathCursor::finished) {
+            break;
+        }
+        if (step == impl::PathCursor::name) {
+            // A part in the middle of a path becomes a child of what comes before it, which must then be
+            // able to hold children: adding below a scalar or an array would count the child into the
+            // value's bits and turn it into an object, leaving a count that no walk can bring back to 0.
+            current = isTypeCompatible(current, type::object)
+                          ? doAddChild(current, cursor.getPart(), cursor.getPartLength())
+                          : 0;
+        } else if (step == impl::PathCursor::index && cursor.getIndex() < getMaximumArraySize() &&
+                   isTypeCompatible(current, type::array)) {
+            // An index beyond the largest array would reach the assertion of the array key.
+            if (cursor.getIndex() >= countChildren(current)) {
+                resize(current, cursor.getIndex() + 1);
             }
-        } else if (c >= '0' && c <= '9') {
-            // Saturated, so that a long run of digits cannot wrap around to a small index.
-            index = std::min(index * 10 + static_cast<unsigned int>(c - '0'), getMaximumArraySize());
-        } else if (c == ']') {
-            if (position > partStart + 1) {
-                // An index beyond the largest array would reach the assertion of the array key.
-                if (index < getMaximumArraySize() && isTypeCompatible(current, type::array)) {
-                    if (index >= countChildren(current)) {
-                        resize(current, index + 1);
-                    }
-                    current = getChild(current, index);
-                    insideBrackets = false;
-                    partStart = position;
-                } else {
-                    current = 0;
-                }
-            }
+            current = getChild(current, cursor.getIndex());
         } else {
             current = 0;
         }
@@ -127,13 +97,14 @@ unsigned int DynamicObject::addProperty(const char* key, unsigned int length)
     if (current == 0) {
         return 0;
     }
-    if (length <= partStart + 1 && (length <= partStart || current != root)) {
+    const unsigned int restLength = cursor.getRestLength();
+    if (restLength <= 1 && (restLength == 0 || current != root)) {
         return current;
     }
     if (!isTypeCompatible(current, type::object)) {
         return 0;
     }
-    return doAddChild(current, key + partStart, length - partStart);
+    return doAddChild(current, cursor.getRest(), restLength);
 }
 
 type::Type DynamicObject::getType(unsigned int property) const
