@@ -600,51 +600,67 @@ unsigned int DynamicObject::renameChild(unsigned int parent, const char* oldName
     TOV_ASSERT(newChildInserted, "Can't add to the given property a child named " << String(newName, newLength));
     const DynamicObjectNode* oldValue = getNode(oldChildValue);
     *newValue = *oldValue;
+    moveChildren(oldChild, *oldValue, newChild);
+    eraseRenamedChild(separator, oldName, oldLength);
+    return newChild;
+}
 
-    const char separatorChar =
-        oldValue->leaf.type == type::array ? '[' : (oldValue->leaf.type == type::object ? '.' : '\0');
-    if (separatorChar != '\0') {
-        // The children hang below the separator character on the `greater` side of the old split node.
-        unsigned int* link = nullptr;
-        unsigned int handle = oldChild;
-        while (handle != 0) {
-            DynamicObjectNode* node = getNode(handle);
-            TOV_ASSERT(!node->trie.isValue, "unclean state during trie search - detected leaf node");
-            if (node->trie.isValue) {
-                break;
-            }
-            if (node->trie.splitChar == separatorChar) {
-                link = &node->trie.equal;
-                break;
-            }
-            handle = separatorChar < node->trie.splitChar ? node->trie.less : node->trie.greater;
+unsigned int* DynamicObject::findChildrenLink(unsigned int property, char separatorChar)
+{
+    // The children hang below the separator character on the `greater` side of the property's split node.
+    unsigned int handle = property;
+    while (handle != 0) {
+        DynamicObjectNode* node = getNode(handle);
+        TOV_ASSERT(!node->trie.isValue, "unclean state during trie search - detected leaf node");
+        if (node->trie.isValue) {
+            return nullptr;
         }
-        const unsigned int subtree = link != nullptr ? *link : 0;
-        TOV_ASSERT((subtree != 0) == (oldValue->leaf.value.bits != 0), "Children links and count do not match");
-        if (subtree != 0) {
-            // The new split node may be one left behind by an erased property, whose `greater` link still
-            // carries siblings that extend its name: the separator goes into that tree at its place, or
-            // takes over a dead separator of the same character there, instead of replacing the link.
-            unsigned int* slot = &getNode(newChild)->trie.greater;
-            while (*slot != 0) {
-                DynamicObjectNode* node = getNode(*slot);
-                if (node->trie.splitChar == separatorChar) {
-                    break;
-                }
-                slot = separatorChar < node->trie.splitChar ? &node->trie.less : &node->trie.greater;
-            }
-            DynamicObjectNode* newChildChilrenSeparator =
-                *slot != 0 ? getNode(*slot) : allocateNode(separatorChar, *slot);
-            newChildChilrenSeparator->trie.equal = subtree;
-            *link = 0;
+        if (node->trie.splitChar == separatorChar) {
+            return &node->trie.equal;
         }
+        handle = separatorChar < node->trie.splitChar ? node->trie.less : node->trie.greater;
     }
+    return nullptr;
+}
 
+void DynamicObject::hangChildren(unsigned int property, char separatorChar, unsigned int subtree)
+{
+    // The property's split node may be one left behind by an erased property, whose `greater` link still
+    // carries siblings that extend its name: the separator goes into that tree at its place, or takes over
+    // a dead separator of the same character there, instead of replacing the link.
+    unsigned int* slot = &getNode(property)->trie.greater;
+    while (*slot != 0) {
+        DynamicObjectNode* node = getNode(*slot);
+        if (node->trie.splitChar == separatorChar) {
+            break;
+        }
+        slot = separatorChar < node->trie.splitChar ? &node->trie.less : &node->trie.greater;
+    }
+    DynamicObjectNode* separatorNode = *slot != 0 ? getNode(*slot) : allocateNode(separatorChar, *slot);
+    separatorNode->trie.equal = subtree;
+}
+
+void DynamicObject::moveChildren(unsigned int from, const DynamicObjectNode& value, unsigned int to)
+{
+    const char separatorChar = value.leaf.type == type::array ? '[' : (value.leaf.type == type::object ? '.' : '\0');
+    if (separatorChar == '\0') {
+        return;
+    }
+    unsigned int* link = findChildrenLink(from, separatorChar);
+    const unsigned int subtree = link != nullptr ? *link : 0;
+    TOV_ASSERT((subtree != 0) == (value.leaf.value.bits != 0), "Children links and count do not match");
+    if (subtree != 0) {
+        hangChildren(to, separatorChar, subtree);
+        *link = 0;
+    }
+}
+
+void DynamicObject::eraseRenamedChild(unsigned int separator, const char* name, unsigned int length)
+{
     unsigned int separatorLink = separator;
     bool matchErased = false;
-    eraseProperty(&separatorLink, oldName, oldLength, matchErased);
-    TOV_ASSERT(matchErased, "Can't remove from the given property its child named " << String(oldName, oldLength));
-    return newChild;
+    eraseProperty(&separatorLink, name, length, matchErased);
+    TOV_ASSERT(matchErased, "Can't remove from the given property its child named " << String(name, length));
 }
 
 void DynamicObject::resetProperty(unsigned int property)
