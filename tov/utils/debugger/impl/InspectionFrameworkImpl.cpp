@@ -81,7 +81,7 @@ InspectionFrameworkImpl::InspectionFrameworkImpl(Facilities& facilities, Executi
 // frames above belong to their engines.
 InspectionFrameworkImpl::~InspectionFrameworkImpl()
 {
-    for (auto& entry : entityContexts) {
+    for (auto& entry : entities.getStacks()) {
         if (!entry.second.empty()) {
             TOV_DELETE(entry.second.front());
         }
@@ -350,41 +350,17 @@ unsigned long long InspectionFrameworkImpl::computeEngineKey(const AbstractEngin
                                     facilities->getStringTable().getSeed());
 }
 
-InspectionFrameworkImpl::Stack* InspectionFrameworkImpl::findStack(unsigned int entity) const
-{
-    const EntityIndex::const_iterator slot = entityIndex.find(entity);
-    return slot != entityIndex.end() ? slot->second.stack : nullptr;
-}
-
-void InspectionFrameworkImpl::appendEntity(unsigned int entity)
-{
-    entities.push_back(entity);
-    ++entityIndex[entity].registrations;
-}
-
-void InspectionFrameworkImpl::removeEntity(unsigned int entity)
-{
-    entities.erase(std::remove(entities.begin(), entities.end(), entity), entities.end());
-    entityIndex[entity].registrations = 0;
-}
-
 bool InspectionFrameworkImpl::isEntityRegistered(unsigned int entity) const
 {
     ScopedMutex state(stateLock);
-    return isRegisteredLocked(entity);
-}
-
-bool InspectionFrameworkImpl::isRegisteredLocked(unsigned int entity) const
-{
-    const EntityIndex::const_iterator slot = entityIndex.find(entity);
-    return slot != entityIndex.end() && slot->second.registrations != 0;
+    return entities.isRegistered(entity);
 }
 
 bool InspectionFrameworkImpl::areEntitiesRegistered(const unsigned int* ids, unsigned int count) const
 {
     ScopedMutex state(stateLock);
     for (unsigned int i = 0; i < count; ++i) {
-        if (!isRegisteredLocked(ids[i])) {
+        if (!entities.isRegistered(ids[i])) {
             return false;
         }
     }
@@ -400,9 +376,9 @@ void InspectionFrameworkImpl::onEntitiesRegistration(AbstractEngine& engine, con
     if (areEntitiesRegistered(ids, count)) {
         return;
     }
-    entities.reserve(entities.size() + count);
+    entities.reserve(count);
     for (unsigned int i = 0; i < count; ++i) {
-        appendEntity(ids[i]);
+        entities.append(ids[i]);
     }
     MainContextFactory factory;
     for (unsigned int i = 0; i < count; ++i) {
@@ -421,10 +397,10 @@ void InspectionFrameworkImpl::onEntitiesUnregistration(AbstractEngine& engine, c
     ScopedMutex state(stateLock);
     for (unsigned int i = 0; i < count; ++i) {
         const unsigned int id = ids[i];
-        if (!isRegisteredLocked(id)) {
+        if (!entities.isRegistered(id)) {
             continue;
         }
-        Stack* stack = findStack(id);
+        Stack* stack = entities.findStack(id);
         TOV_ASSERT(stack != nullptr, "There is no context for entity #" << id << ".");
         TOV_ASSERT(stack == nullptr || !stack->empty(), "There is a mismatch number of push/pop contexts.");
         const bool framesLeft = stack != nullptr && std::any_of(stack->begin() + std::min<std::size_t>(stack->size(), 1),
@@ -447,7 +423,7 @@ void InspectionFrameworkImpl::onEntitiesUnregistration(AbstractEngine& engine, c
         }
         TOV_DELETE(popped);
         stack->clear();
-        removeEntity(id);
+        entities.remove(id);
         UnregistrationNotifier notifier(id);
         requests.accept(notifier);
     }
@@ -456,30 +432,30 @@ void InspectionFrameworkImpl::onEntitiesUnregistration(AbstractEngine& engine, c
 unsigned int InspectionFrameworkImpl::countEntities() const
 {
     ScopedMutex state(stateLock);
-    return static_cast<unsigned int>(entities.size());
+    return entities.count();
 }
 
 const unsigned int* InspectionFrameworkImpl::getEntities() const
 {
     ScopedMutex state(stateLock);
-    return entities.data();
+    return entities.getEntities();
 }
 
 unsigned int InspectionFrameworkImpl::countContexts(unsigned int entity) const
 {
     ScopedMutex state(stateLock);
-    const Stack* stack = findStack(entity);
+    const Stack* stack = entities.findStack(entity);
     return stack != nullptr ? static_cast<unsigned int>(stack->size()) : 0;
 }
 
 const InspectionFrameworkImpl::Stack* InspectionFrameworkImpl::findReportedStack(unsigned int entity,
                                                                                 AbstractLogger* logger) const
 {
-    if (!isRegisteredLocked(entity)) {
+    if (!entities.isRegistered(entity)) {
         TOV_LOG_ERROR(logger, error::invalidArgument, "Entity '" << entity << "' is not registered on the debugger.");
         return nullptr;
     }
-    const Stack* stack = findStack(entity);
+    const Stack* stack = entities.findStack(entity);
     if (stack == nullptr) {
         TOV_LOG_ERROR(logger, error::invalidOperation, "There is no context for entity '" << entity << "'.");
     }
@@ -524,13 +500,10 @@ bool InspectionFrameworkImpl::pushFrame(AbstractEngine& engine, unsigned int ent
     bool stop = false;
     {
         ScopedMutex state(stateLock);
-        EntitySlot& slot = entityIndex[entity];
-        TOV_ASSERT(slot.registrations != 0, "Entity '" << entity << "' is not registered on the debugger.");
+        EntityTable::PushSlot slot = entities.findForPush(entity);
+        TOV_ASSERT(slot.isRegistered(), "Entity '" << entity << "' is not registered on the debugger.");
         AbstractContext* context = factory.create();
-        if (slot.stack == nullptr) {
-            slot.stack = &entityContexts[entity];
-        }
-        slot.stack->push_back(context);
+        slot.getStack().push_back(context);
         engineContexts[key].push_back(context);
         stop = !isInvalidated(key) && isArmedFor(entity, context);
     }
@@ -553,15 +526,14 @@ AbstractContext* InspectionFrameworkImpl::popFrame(AbstractEngine& engine, unsig
     AbstractContext* popped = nullptr;
     {
         ScopedMutex state(stateLock);
-        const EntityIndex::const_iterator slot = entityIndex.find(entity);
-        TOV_ASSERT(slot != entityIndex.end() && slot->second.registrations != 0,
-                   "Entity '" << entity << "' is not registered on the debugger.");
+        bool registered = false;
+        Stack* stack = entities.findStack(entity, registered);
+        TOV_ASSERT(registered, "Entity '" << entity << "' is not registered on the debugger.");
         // The engine's newest frame, whichever entity it belongs to: cleaning searches by value.
         const auto pushed = engineContexts.find(key);
         if (pushed != engineContexts.end() && !pushed->second.empty()) {
             pushed->second.pop_back();
         }
-        Stack* stack = slot != entityIndex.end() ? slot->second.stack : nullptr;
         TOV_ASSERT(stack != nullptr && !stack->empty(),
                    "Cannot pop context on a empty stack frames for entity '" << entity << "'.");
         // An empty stack has nothing to give, whatever the assertion function decided.
@@ -608,7 +580,7 @@ Vector<AbstractContext*> InspectionFrameworkImpl::cleanRelatedContexts(const Abs
     if (pushed == engineContexts.end() || pushed->second.empty()) {
         return removed;
     }
-    for (auto& entry : entityContexts) {
+    for (auto& entry : entities.getStacks()) {
         Stack& stack = entry.second;
         const std::size_t first = !stack.empty() && isMainContext(stack.front()) ? 1 : 0;
         for (std::size_t i = first; i < stack.size(); ++i) {
@@ -642,7 +614,7 @@ void InspectionFrameworkImpl::suspend()
 bool InspectionFrameworkImpl::suspendEntity(unsigned int entity)
 {
     ScopedMutex state(stateLock);
-    if (!isRegisteredLocked(entity)) {
+    if (!entities.isRegistered(entity)) {
         return false;
     }
     clearSuspensionRequests();
@@ -681,7 +653,7 @@ void InspectionFrameworkImpl::stepOut()
     clearSuspensionRequests();
     {
         ScopedMutex state(stateLock);
-        const Stack* stack = findStack(peekSuspendedEntity());
+        const Stack* stack = entities.findStack(peekSuspendedEntity());
         if (stack != nullptr && stack->size() > 1) {
             stepOutContext = (*stack)[stack->size() - 2];
         }
@@ -694,7 +666,7 @@ void InspectionFrameworkImpl::stepOver()
     clearSuspensionRequests();
     {
         ScopedMutex state(stateLock);
-        const Stack* stack = findStack(peekSuspendedEntity());
+        const Stack* stack = entities.findStack(peekSuspendedEntity());
         if (stack != nullptr && !stack->empty()) {
             stepOverContext = stack->back();
         }
