@@ -5,7 +5,6 @@
 #include <tov/utils/Facilities.h>
 #include <tov/utils/ScopedMutex.h>
 #include <tov/utils/StringTable.h>
-#include <tov/utils/Uri.h>
 #include <tov/utils/debugger/AbstractContext.h>
 #include <tov/utils/debugger/AbstractContextFactory.h>
 #include <tov/utils/debugger/AbstractEngine.h>
@@ -18,6 +17,7 @@
 #include <tov/utils/debugger/TargetSuspendRequestVisitor.h>
 #include <tov/utils/debugger/impl/MainContext.h>
 #include <tov/utils/debugger/impl/MainContextFactory.h>
+#include <tov/utils/debugger/impl/PathSegment.h>
 
 #include <algorithm>
 #include <cstring>
@@ -217,8 +217,8 @@ bool InspectionFrameworkImpl::describeEngines(AbstractObjectBuilder& builder) co
     return written && builder.endArray() && builder.end();
 }
 
-// Segments are compared over the shorter of the two lengths, so a request segment that is a prefix of
-// the engine's (or the reverse, or an empty one) matches: clients rely on short forms such as "deb".
+// An engine's path matches a request segment by segment, each pair over the shorter of the two (see
+// PathSegment::sharesPrefix): clients rely on short forms such as "deb".
 AbstractEngine* InspectionFrameworkImpl::route(const char* path, unsigned int length, unsigned int& offset) const
 {
     for (const HashTable<AbstractEngine*>::Entry& entry : engines) {
@@ -227,30 +227,23 @@ AbstractEngine* InspectionFrameworkImpl::route(const char* path, unsigned int le
         unsigned int engineOffset = 0;
         unsigned int requestOffset = 0;
         for (;;) {
-            unsigned int engineStart = 0;
-            unsigned int engineSegment = 0;
-            if (!Uri::retrieveFirstPathSegment(enginePath + engineOffset, engineLength - engineOffset, engineStart,
-                                               engineSegment)) {
+            PathSegment engineSegment;
+            if (!engineSegment.take(enginePath + engineOffset, engineLength - engineOffset)) {
                 break;
             }
-            if (engineSegment == 0) {
+            if (engineSegment.length == 0) {
                 offset = requestOffset;
                 return entry.value;
             }
-            unsigned int requestStart = 0;
-            unsigned int requestSegment = 0;
-            if (!Uri::retrieveFirstPathSegment(path + requestOffset, length - requestOffset, requestStart,
-                                               requestSegment)) {
+            PathSegment requestSegment;
+            if (!requestSegment.take(path + requestOffset, length - requestOffset) ||
+                !engineSegment.sharesPrefix(requestSegment)) {
                 break;
             }
-            if (std::strncmp(enginePath + engineOffset + engineStart, path + requestOffset + requestStart,
-                             std::min(engineSegment, requestSegment)) != 0) {
-                break;
-            }
-            // The starts are relative to the running offsets, so they are added. Taking them as absolute
-            // would move an engine path of two segments back and forth between its segments for ever.
-            requestOffset += requestStart + requestSegment;
-            engineOffset += engineStart + engineSegment;
+            // Each `rest` counts from the running offset, so it is added. Taken as absolute, it would move
+            // an engine path of two segments back and forth between its segments for ever.
+            requestOffset += requestSegment.rest;
+            engineOffset += engineSegment.rest;
         }
     }
     return nullptr;
