@@ -43,13 +43,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     tov::utils::DynamicObject object;
     BytesInput input(reinterpret_cast<const char*>(data), size);
-    tov::utils::deserializeDynamicObjectFromJson(object, input, nullptr);
+    // Only a crash, a hang or an assertion is a finding: refused text is expected, and so is the part
+    // of an object that a refusal leaves, which is written and read again below.
+    static_cast<void>(tov::utils::deserializeDynamicObjectFromJson(object, input, nullptr));
 
     tov::utils::impl::StringDataOutput written;
     if (tov::utils::serializeDynamicObjectToJson(object, written, nullptr)) {
         tov::utils::DynamicObject again;
         BytesInput second(written.getText().data(), written.getText().size());
-        tov::utils::deserializeDynamicObjectFromJson(again, second, nullptr);
+        static_cast<void>(tov::utils::deserializeDynamicObjectFromJson(again, second, nullptr));
     }
     return 0;
 }

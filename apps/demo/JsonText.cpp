@@ -27,15 +27,16 @@ bool readJson(const std::string& text, tov::utils::DynamicObject& out, tov::util
 {
     out.clear();
     TextStream stream(text);
-    tov::utils::deserializeDynamicObjectFromJson(out, stream, logger);
     // The reader reports failures only to the logger; what counts here is whether anything arrived.
+    static_cast<void>(tov::utils::deserializeDynamicObjectFromJson(out, stream, logger));
     return !out.empty();
 }
 
 std::string writeJson(const tov::utils::DynamicObject& object)
 {
     TextStream stream;
-    tov::utils::serializeDynamicObjectToJson(object, stream, nullptr);
+    // A stream in memory takes every write: the text is whole whatever the result.
+    static_cast<void>(tov::utils::serializeDynamicObjectToJson(object, stream, nullptr));
     return stream.getText();
 }
 

@@ -35,7 +35,7 @@ bool load(const std::string& text, DynamicObject& object, AbstractLogger* logger
 std::string json(const DynamicObject& object)
 {
     MemoryStream out;
-    serializeDynamicObjectToJson(object, out, nullptr);
+    EXPECT_TRUE(serializeDynamicObjectToJson(object, out, nullptr));
     return out.getText();
 }
 
@@ -43,7 +43,7 @@ DynamicObject fromJson(const std::string& text)
 {
     DynamicObject object;
     MemoryStream in(text);
-    deserializeDynamicObjectFromJson(object, in, nullptr);
+    EXPECT_TRUE(deserializeDynamicObjectFromJson(object, in, nullptr));
     return object;
 }
 

@@ -59,7 +59,7 @@ bool hasContainerRoot(const std::string& text)
 std::string write(const DynamicObject& object)
 {
     MemoryStream out;
-    serializeDynamicObjectToJson(object, out, nullptr);
+    EXPECT_TRUE(serializeDynamicObjectToJson(object, out, nullptr));
     return out.getText();
 }
 

@@ -38,7 +38,7 @@ struct Outputs {
 Outputs outputsOf(const DynamicObject& object)
 {
     MemoryStream json;
-    serializeDynamicObjectToJson(object, json, nullptr);
+    EXPECT_TRUE(serializeDynamicObjectToJson(object, json, nullptr));
     unsigned int size = 0;
     char* saved = serializeDynamicObject(size, object, nullptr);
     const std::string savedText = saved == nullptr ? std::string() : std::string(saved, size);
@@ -50,7 +50,7 @@ Outputs outputsOfJson(const std::string& text)
 {
     DynamicObject object;
     MemoryStream in(text);
-    deserializeDynamicObjectFromJson(object, in, nullptr);
+    EXPECT_TRUE(deserializeDynamicObjectFromJson(object, in, nullptr));
     return outputsOf(object);
 }
 

@@ -30,7 +30,8 @@ bool FileInputOutput::openForReading(AbstractLogger* logger)
         TOV_LOG_ERROR(logger, error::invalidOperation,
                       "Can't open the io on " << fileName << " for reading, unable to get a valid stream (eror code '"
                                               << static_cast<int>(input->rdstate()) << "').");
-        close(nullptr);
+        // The stream that failed to open is dropped; closing it has nothing to report.
+        static_cast<void>(close(nullptr));
         return false;
     }
     return true;
@@ -53,7 +54,8 @@ bool FileInputOutput::openForWriting(AbstractLogger* logger)
         TOV_LOG_ERROR(logger, error::invalidOperation,
                       "Can't open the io on " << fileName << " for writing, unable to get a valid stream (error code '"
                                               << static_cast<int>(output->rdstate()) << "').");
-        close(nullptr);
+        // The stream that failed to open is dropped; closing it has nothing to report.
+        static_cast<void>(close(nullptr));
         return false;
     }
     return true;

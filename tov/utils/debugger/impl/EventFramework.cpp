@@ -80,14 +80,15 @@ void EventFramework::setDebuggerFacade(EngineDebuggerFacade& facade)
     this->facade = &facade;
     EngineDebuggerFacade::FilterCreators& creators = facade.getEventRequestFilterCreator();
     AbstractLogger* logger = &facade.getLogger();
+    // The names are freed first, so that neither step can fail; a failure would still reach `logger`.
     for (const char* name : filterNames) {
         if (creators.isRegistered(name)) {
-            creators.unregisterCreator(name, logger);
+            static_cast<void>(creators.unregisterCreator(name, logger));
         }
     }
-    creators.registerCreator<LocationFilterFactory>(filterNames[0], logger);
-    creators.registerCreator<EntitiesFilterFactory>(filterNames[1], logger);
-    creators.registerCreator<HitCountFilterFactory>(filterNames[2], logger);
+    static_cast<void>(creators.registerCreator<LocationFilterFactory>(filterNames[0], logger));
+    static_cast<void>(creators.registerCreator<EntitiesFilterFactory>(filterNames[1], logger));
+    static_cast<void>(creators.registerCreator<HitCountFilterFactory>(filterNames[2], logger));
 }
 
 resources::Status EventFramework::retrieveResource(const char* path, unsigned int length, const DynamicObject*,

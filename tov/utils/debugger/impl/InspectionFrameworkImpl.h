@@ -56,10 +56,10 @@ public:
     // Disables the engine, then drops it from the table; the order of the others is kept.
     void unregisterEngine(unsigned long long hash, const char* path);
     // False when no engine has that path.
-    bool enableEngine(unsigned long long hash, const char* path);
-    bool disableEngine(unsigned long long hash, const char* path);
+    [[nodiscard]] bool enableEngine(unsigned long long hash, const char* path);
+    [[nodiscard]] bool disableEngine(unsigned long long hash, const char* path);
     // False when no engine has that path; otherwise `enabled` tells its state.
-    bool isEngineEnabled(unsigned long long hash, const char* path, bool& enabled) const;
+    [[nodiscard]] bool isEngineEnabled(unsigned long long hash, const char* path, bool& enabled) const;
     void enableAllEngines();
     void disableAllEngines();
     // [{"path": ..., "enabled": ...}] in the order of the paths; false when the builder refused a value.
@@ -90,8 +90,8 @@ public:
     unsigned int countEntities() const;
     const unsigned int* getEntities() const;
     unsigned int countContexts(unsigned int entity) const;
-    AbstractContext* topContext(unsigned int entity, AbstractLogger* logger) const;
-    AbstractContext* getContext(unsigned int entity, unsigned int index, AbstractLogger* logger) const;
+    [[nodiscard]] AbstractContext* topContext(unsigned int entity, AbstractLogger* logger) const;
+    [[nodiscard]] AbstractContext* getContext(unsigned int entity, unsigned int index, AbstractLogger* logger) const;
     void pushContext(AbstractEngine& engine, unsigned int entity, AbstractContextFactory& factory);
     AbstractContext* popContext(AbstractEngine& engine, unsigned int entity);
     void invalidateContexts(const AbstractEngine& engine);
@@ -130,7 +130,7 @@ private:
     // touch unguarded; an engine that pushes frames need not be registered.
     unsigned long long computeEngineKey(const AbstractEngine& engine) const;
     // The stack of a registered entity, or null with a message to `logger` (which may be null).
-    const Stack* findReportedStack(unsigned int entity, AbstractLogger* logger) const;
+    [[nodiscard]] const Stack* findReportedStack(unsigned int entity, AbstractLogger* logger) const;
     // These two: the caller holds the state lock.
     bool isInvalidated(unsigned long long engineKey) const;
     // Whether an armed condition meets this entity with `top` as its new top frame.
