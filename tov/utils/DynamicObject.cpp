@@ -76,6 +76,8 @@ DynamicObject& DynamicObject::operator=(const DynamicObject& other)
         return *this;
     }
     doClear();
+    // QUIRK(assignment-replaces-shared-table): a string table shared with other objects is replaced for
+    // all of them; kept as assignment has always copied the other's strings in place.
     *stringTable = *other.stringTable;
     if (nodeAllocator->getBlockSize() == other.nodeAllocator->getBlockSize()) {
         doMemoryCopy(other);
@@ -472,6 +474,8 @@ unsigned int DynamicObject::getChildRecursive(unsigned int handle, unsigned int 
             return found;
         }
     }
+    // QUIRK(extending-sibling-names): a sibling whose name extends this one lies on the same links and is
+    // counted as a child; telling it apart would need a walk per name, and indices stay as they were.
     const bool separator = impl::isSeparator(node->trie.splitChar);
     if (node->trie.equal != 0 && !isStart && !(insideName && separator)) {
         found = getChildRecursive(node->trie.equal, target, nbChildrenParsed, true, false, handle);
@@ -490,6 +494,8 @@ bool DynamicObject::checkKey(const char* key, unsigned int length) const
     return impl::isValidChildKey(key, length);
 }
 
+// QUIRK(array-keys-as-text): an index is stored as its decimal text, so walks meet elements in the order
+// of that text ([0] [10] [1]); getElements and getChild read them by number.
 unsigned int DynamicObject::formatArrayKey(char* buffer, unsigned int index) const
 {
     TOV_ASSERT(index < impl::maximumArraySize, "Array indices must be less than " << impl::maximumArraySize << ".");

@@ -140,8 +140,10 @@ unsigned int DynamicObjectIterator::findNextChildFromParent(unsigned int current
         const DynamicObjectNode* node = object->nodeAt(current);
         bool up = false;
         if (node->trie.less == child) {
-            // The `less` side is done. Kept: this way into an `equal` link neither tests nor raises the
-            // depth, while the way back out lowers it.
+            // The `less` side is done.
+            // QUIRK(walk-depth-from-less-side): this way into an `equal` link neither tests nor raises
+            // the depth, while the way back out lowers it, so a walk can end early; kept because writers
+            // and resetProperty walk with this iterator as it is.
             if (node->trie.equal != 0 && node->trie.equal != startValue) {
                 found = true;
                 // Set as on the other way down, so that a split node reached here is the property

@@ -94,6 +94,8 @@ unsigned int DynamicObject::addProperty(const char* key, unsigned int length)
             current = 0;
         }
     }
+    // QUIRK(malformed-path-keeps-parts): a path refused halfway gives 0 but keeps the parts it made
+    // before; undoing them would need a second walk, and the answer 0 is what callers test.
     if (current == 0) {
         return 0;
     }
@@ -435,8 +437,9 @@ unsigned int DynamicObject::addChild(unsigned int parent, const char* name, unsi
     TOV_ASSERT(isObject, "The given property is not an object.");
     const bool validKey = checkKey(name, nameLength);
     TOV_ASSERT(validKey, "The given child key, " << String(name, nameLength) << " is invalid.");
-    // Should the assertion function return, nothing is added: a refused name would be taken as a path,
-    // and a child below a value would corrupt its count.
+    // QUIRK(add-child-refused): should the assertion function return, nothing is added, the smallest
+    // safe thing: a refused name would be taken as a path, and a child below a value would corrupt its
+    // count.
     if (!isObject || !validKey) {
         return 0;
     }
@@ -467,6 +470,8 @@ bool DynamicObject::eraseChild(unsigned int parent, const char* name, unsigned i
     if (name == nullptr || (nameLength == 0 && parent == root)) {
         return false;
     }
+    // QUIRK(erase-child-takes-path): the name is not checked as addChild checks it, so a path erases a
+    // descendant; kept as callers may rely on it.
     const ChildKey completeChildKey(name, nameLength, parent != root);
     unsigned int child;
     unsigned int childValue;
@@ -655,6 +660,8 @@ void DynamicObject::moveChildren(unsigned int from, const DynamicObjectNode& val
     }
 }
 
+// QUIRK(rename-leaves-split-nodes): the old name's split node goes only when nothing else hangs on it;
+// one that still carries siblings' links stays until clear, as every erase leaves it.
 void DynamicObject::eraseRenamedChild(unsigned int separator, const char* name, unsigned int length)
 {
     unsigned int separatorLink = separator;
@@ -680,7 +687,9 @@ void DynamicObject::resetProperty(unsigned int property)
         // Children are erased one at a time by the names a fresh walk gives, as the walk cannot go on
         // over a changed trie. A walk also yields the tails of siblings whose names extend this one by a
         // character below "." (their nodes lie on the same links): no child answers to those, so they
-        // are passed over, and a walk that erases nothing ends the loop instead of repeating forever.
+        // are passed over.
+        // QUIRK(reset-leaves-unreachable): a walk that erases nothing ends the loop,
+        // the smallest safe thing, instead of repeating forever; children it cannot reach stay.
         while (findValueNode(property)->leaf.value.bits > 0) {
             bool erased = false;
             for (DynamicObjectIterator walk(*this, property, 1); !walk.end(); walk.next()) {

@@ -462,7 +462,8 @@ void DynamicObject::retrieve(const char* key, DynamicObject& target) const
 
 void DynamicObject::retrieve(const char* key, unsigned int length, DynamicObject& target) const
 {
-    // Kept: an unknown key gives the handle 0, from which the walk starts at the root and copies it all.
+    // QUIRK(retrieve-unknown-key-copies-root): an unknown key gives the handle 0, from which the walk
+    // starts at the root and copies it all, as the handle form does for the handle 0.
     retrieve(getProperty(key, length), target);
 }
 

@@ -26,7 +26,7 @@ bool FileInputOutput::openForReading(AbstractLogger* logger)
     // Replaces, and so closes, a stream left here after it reached the end of the file.
     input.reset(TOV_NEW std::ifstream(fileName.c_str(), std::ios::in | std::ios::binary));
     if (input->fail()) {
-        // "eror" is the wording this message has always had; hosts match on it.
+        // QUIRK(eror-message): "eror" is the wording this message has always had; hosts match on it.
         TOV_LOG_ERROR(logger, error::invalidOperation,
                       "Can't open the io on " << fileName << " for reading, unable to get a valid stream (eror code '"
                                               << static_cast<int>(input->rdstate()) << "').");
@@ -104,8 +104,9 @@ bool FileInputOutput::isReadable() const
 
 bool FileInputOutput::read(char* buffer, unsigned int& size, AbstractLogger* logger)
 {
-    // Reading with nothing open is the null owner's assertion. Should the assertion function return,
-    // the read fails instead of following the null pointer.
+    // QUIRK(read-unopened): reading with nothing open is the null owner's assertion. Should the
+    // assertion function return, the read fails, the smallest safe thing, instead of following the null
+    // pointer.
     std::basic_istream<char>* stream = input.operator->();
     if (stream == nullptr) {
         size = 0;

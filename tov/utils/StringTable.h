@@ -40,7 +40,8 @@ public:
     void setSeed(unsigned int seed);
     bool empty() const;
     void clear();
-    // Kept for callers that size tables in advance; the table grows by itself.
+    // QUIRK(string-table-reserve): does nothing, as the table grows by itself; kept for the callers that
+    // size tables in advance.
     void reserve(unsigned int count);
 
     // MurmurHash64B of `length` bytes: two 32-bit lanes, the first in the high half of the result.

@@ -153,7 +153,8 @@ bool TypeManager::registerBaseTypes(AbstractLogger* logger)
 void TypeManager::unregisterBaseTypes()
 {
     using details::getClassTypeId;
-    // DynamicObject stays registered on purpose: only clearTypes removes it.
+    // QUIRK(dynamic-object-stays-registered): only clearTypes removes DynamicObject; kept as the registry
+    // has always answered, DynamicObject registered after terminate.
     unregisterType(getClassTypeId<int>());
     unregisterType(getClassTypeId<long long>());
     unregisterType(getClassTypeId<double>());

@@ -30,9 +30,10 @@ PathCursor::Step PathCursor::next(bool atRoot)
             } else if (c == '[') {
                 insideBrackets = true;
                 partIndex = 0;
-                // A first part ended by "[" must be longer than one character, as the position of the
-                // part's own first character is taken for that of a separator. Kept: on a null object
-                // `a[0]` makes the root itself an array.
+                // QUIRK(root-array-path): a first part ended by "[" must be longer than one character, as
+                // the position of the part's own first character is taken for that of a separator, so on
+                // a null object `a[0]` makes the root itself an array. Kept so that every path gives the
+                // property it always gave.
                 if (here > partStart + 1) {
                     return endName(here);
                 }

@@ -107,7 +107,7 @@ resources::Status EventFramework::retrieveResource(const char* path, unsigned in
     return retrieveEvent(segment, builder);
 }
 
-// Any path of one segment subscribes. The remainder behind the segment's first character is compared
+// QUIRK(events-any-segment-subscribes): any path of one segment subscribes. The remainder behind the segment's first character is compared
 // with "subscriptions" over the length of the path less the segment and one; a path with nothing behind
 // the segment would have that count reach below zero and the comparison read behind the path, so it is
 // no match instead.
@@ -155,6 +155,8 @@ resources::Status EventFramework::deleteResource(const char* path, unsigned int 
         return resources::NotFound;
     }
     resources::Status status = resources::Ok;
+    // QUIRK(events-queue-until-deleted): events are dropped only here, by a client; a host that nobody
+    // reads keeps them, so that a client that comes back late misses nothing.
     if (segment.length == 0) {
         ScopedMutex guard(queueLock);
         events.clear();

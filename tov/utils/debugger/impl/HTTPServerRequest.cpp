@@ -48,6 +48,9 @@ Method classifyMethod(const char* method)
 
 // The JSON reader's time grows with the square of a token that spans its 256-byte pieces (a 1 MiB
 // number takes seconds), and the server has one worker: bodies beyond this size are refused.
+// QUIRK(exact-form-open): the exact form (startHttp with a port, or an address) runs one worker, reads
+// a body up to this size and checks nobody who asks: hosts and clients of that form rely on it as it is,
+// and the configured form (HttpSettings) is where those checks live.
 const HTTPServer::RequestForm exactForm = {false, nullptr, 256 * 1024};
 
 const char optionsReply[] = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\nAllow: GET,OPTIONS,POST,DELETE\r\n\r\n";
@@ -232,8 +235,9 @@ void RequestContext::controlEngines()
     builder.endObject();
     builder.end();
     reply.sendStatus(JsonHttpReply::Ok);
-    // Kept in the exact form: a second head and the body again follow the first reply; clients act on
-    // the first head and on "Connection: close".
+    // QUIRK(engines-post-answers-twice): in the exact form a second head and the body again follow the
+    // first reply; kept for the clients of that form, which act on the first head and on "Connection:
+    // close".
     if (!form.explainRefusals) {
         reply.sendStatus(JsonHttpReply::NoContent);
     }
@@ -252,7 +256,9 @@ void RequestContext::answer(resources::Status status, const Operation& operation
         if (!logger->hasErrors()) {
             reply.sendStatus(JsonHttpReply::Ok);
         } else if (!form.explainRefusals) {
-            // The logger's mark stays until the host resets it: every later success answers 500 too.
+            // QUIRK(exact-form-500-after-error): the logger's mark stays until the host resets it, so
+            // every later success answers 500 too; kept for the exact form's clients, while the
+            // configured form below blames a request only for its own errors.
             reply.sendStatus(JsonHttpReply::InternalServerError);
         } else if (!errorsBefore) {
             // The configured form blames a request only for the errors logged while it ran.

@@ -292,6 +292,9 @@ void InspectionFrameworkImpl::onInitialization(unsigned int) {}
 void InspectionFrameworkImpl::onTermination(unsigned int) {}
 
 // The store takes no lock: it runs on the stopping thread while a command may hold the state lock.
+// QUIRK(steps-need-suspension-listener): the stopped entity is learnt only here, from a subscription
+// the framework listens to; with no TargetSuspendRequest subscribed, a stop reached by suspend leaves
+// the steps acting as resume. Hosts subscribe one listener, as tov-demo does.
 void InspectionFrameworkImpl::onSuspension(unsigned int, unsigned int entity)
 {
     suspendedEntity.store(entity, std::memory_order_relaxed);
@@ -360,8 +363,8 @@ bool InspectionFrameworkImpl::areEntitiesRegistered(const unsigned int* ids, uns
     return true;
 }
 
-// A batch with one new id is appended whole, known ids included, and each gets a bottom frame: hosts
-// register each entity once.
+// QUIRK(registration-batch-appends-all): a batch with one new id is appended whole, known ids
+// included, and each gets a bottom frame; kept because hosts register each entity once.
 void InspectionFrameworkImpl::onEntitiesRegistration(AbstractEngine& engine, const unsigned int* ids,
                                                      unsigned int count)
 {
@@ -529,7 +532,8 @@ AbstractContext* InspectionFrameworkImpl::popFrame(AbstractEngine& engine, unsig
         }
         TOV_ASSERT(stack != nullptr && !stack->empty(),
                    "Cannot pop context on a empty stack frames for entity '" << entity << "'.");
-        // An empty stack has nothing to give, whatever the assertion function decided.
+        // QUIRK(pop-empty-stack): an empty stack has nothing to give, whatever the assertion function
+        // decided: null, the smallest safe answer, instead of reading past the stack.
         if (stack == nullptr || stack->empty()) {
             return nullptr;
         }
