@@ -1,5 +1,6 @@
 // DynamicObject: construction, copies and the trie store under the properties. The public face of the
-// properties is in DynamicObjectProperties.cpp, values and copies between objects in DynamicObjectValues.cpp.
+// properties is in DynamicObjectProperties.cpp, arrays in DynamicObjectArrays.cpp, values and copies
+// between objects in DynamicObjectValues.cpp.
 #include <tov/utils/DynamicObject.h>
 
 #include <tov/utils/Assertion.h>
