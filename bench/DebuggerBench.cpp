@@ -57,11 +57,16 @@ public:
 
 void pushPopTov(benchmark::State& state)
 {
-    initialize(nullptr);
+    if (!initialize(nullptr)) {
+        state.SkipWithError("the library did not initialize");
+        return;
+    }
     {
         InspectionFramework& framework = Facilities::instance().getInspectionFramework();
         Simulation simulation;
-        framework.registerEngine(simulation);
+        if (!framework.registerEngine(simulation)) {
+            state.SkipWithError("the engine was refused");
+        }
         std::vector<unsigned int> entities(static_cast<std::size_t>(state.range(0)));
         std::iota(entities.begin(), entities.end(), 0u);
         simulation.onEntitiesRegistration(entities.data(), static_cast<unsigned int>(entities.size()));

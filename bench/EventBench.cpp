@@ -63,15 +63,22 @@ Uri locationNumber(int index)
 
 void fireTov(benchmark::State& state)
 {
-    initialize(nullptr);
+    if (!initialize(nullptr)) {
+        state.SkipWithError("the library did not initialize");
+        return;
+    }
     Silent listener;
     {
         InspectionFramework& framework = Facilities::instance().getInspectionFramework();
         FacadeKeeper engine;
-        framework.registerEngine(engine);
+        if (!framework.registerEngine(engine)) {
+            state.SkipWithError("the engine was refused");
+        }
         for (int i = 0; i < state.range(0); ++i) {
             AbstractEventFilter* filters[] = {TOV_NEW LocationFilter(locationNumber(i + 1))};
-            framework.subscribe<BreakpointRequest>(listener, filters, 1);
+            if (framework.subscribe<BreakpointRequest>(listener, filters, 1) == 0) {
+                state.SkipWithError("a subscription was refused");
+            }
         }
         const Uri here = locationNumber(0);
         for (auto _ : state) {

@@ -97,9 +97,8 @@ int runInspector(unsigned int port)
     tov::utils::Facilities::instance().setLogger(logger);
     ClockEngine clock;
     debugger::InspectionFramework& inspector = tov::utils::Facilities::instance().getInspectionFramework();
-    inspector.registerEngine(clock);
     int status = 1;
-    if (inspector.startHttp("127.0.0.1", port)) {
+    if (inspector.registerEngine(clock) && inspector.startHttp("127.0.0.1", port)) {
         std::cout << "ready" << std::endl;
         std::string line;
         while (std::getline(std::cin, line)) {

@@ -121,7 +121,10 @@ void parseTov(benchmark::State& state, const std::string& text, Targets wanted)
     for (auto _ : state) {
         DynamicObject object;
         input.rewind();
-        deserializeDynamicObjectFromJson(object, input, nullptr);
+        if (!deserializeDynamicObjectFromJson(object, input, nullptr)) {
+            state.SkipWithError("the text is no JSON document");
+            break;
+        }
         benchmark::DoNotOptimize(object.getRoot());
     }
     state.SetBytesProcessed(state.iterations() * static_cast<long long>(text.size()));
@@ -162,10 +165,16 @@ void writeTov(benchmark::State& state, const std::string& text, Targets wanted)
 {
     DynamicObject object;
     MemoryInputOutput input(text.data(), text.size());
-    deserializeDynamicObjectFromJson(object, input, nullptr);
+    if (!deserializeDynamicObjectFromJson(object, input, nullptr)) {
+        state.SkipWithError("the text is no JSON document");
+        return;
+    }
     for (auto _ : state) {
         MemoryInputOutput output;
-        serializeDynamicObjectToJson(object, output, nullptr);
+        if (!serializeDynamicObjectToJson(object, output, nullptr)) {
+            state.SkipWithError("the writer refused the object");
+            break;
+        }
         benchmark::DoNotOptimize(output.getText().size());
     }
     state.SetBytesProcessed(state.iterations() * static_cast<long long>(text.size()));
@@ -199,7 +208,10 @@ void writeBareYajl(benchmark::State& state, const std::string& text)
 {
     DynamicObject object;
     MemoryInputOutput input(text.data(), text.size());
-    deserializeDynamicObjectFromJson(object, input, nullptr);
+    if (!deserializeDynamicObjectFromJson(object, input, nullptr)) {
+        state.SkipWithError("the text is no JSON document");
+        return;
+    }
     EventRecorder recorder;
     serializeDynamicObject(object, recorder);
     for (auto _ : state) {

@@ -28,7 +28,7 @@ int main(int argc, char** argv)
     Facilities::instance().setLogger(log);                // the library's own messages go to the host's logger
     InspectionFramework& inspector = Facilities::instance().getInspectionFramework();
     Hello hello;                                          // alive while registered
-    inspector.registerEngine(hello);
+    if (!inspector.registerEngine(hello)) { terminate(&log); return 1; }   // its path is taken
     const unsigned int entity = 0;                        // ids dense from 0
     hello.onEntitiesRegistration(&entity, 1);
     HttpSettings http;                                    // this machine only; pages of other sites refused

@@ -141,15 +141,22 @@ struct Host {
     Host() : world("world", debugger::resources::Ok), broken("broken", debugger::resources::Error),
              nested("events/sub", debugger::resources::NotFound)
     {
-        tov::utils::initialize(nullptr);
+        // A host that is not set up whole would answer every input with NotFound: that ends the run.
+        if (!tov::utils::initialize(nullptr)) {
+            std::abort();
+        }
         tov::utils::Facilities::instance().setLogger(logger);
         debugger::InspectionFramework& framework = tov::utils::Facilities::instance().getInspectionFramework();
-        framework.registerEngine(world);
-        framework.registerEngine(broken);
-        framework.registerEngine(nested);
-        framework.registerEngine(simulation);
+        debugger::AbstractEngine* const engines[] = {&world, &broken, &nested, &simulation};
+        for (debugger::AbstractEngine* engine : engines) {
+            if (!framework.registerEngine(*engine)) {
+                std::abort();
+            }
+        }
         events = TOV_NEW debugger::impl::EventFramework(framework);
-        framework.registerEngine(*events);
+        if (!framework.registerEngine(*events)) {
+            std::abort();
+        }
     }
 
     DiscardingLogger logger;

@@ -11,12 +11,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     tov::utils::DynamicObject object;
     tov::utils::MemoryInputOutput input(reinterpret_cast<const char*>(data), size);
-    tov::utils::deserializeDynamicObjectFromJson(object, input, nullptr);
+    // Only a crash, a hang or an assertion is a finding: refused text is expected, and so is the part
+    // of an object that a refusal leaves, which is written and read again below.
+    static_cast<void>(tov::utils::deserializeDynamicObjectFromJson(object, input, nullptr));
 
     tov::utils::MemoryInputOutput written;
     if (tov::utils::serializeDynamicObjectToJson(object, written, nullptr)) {
         tov::utils::DynamicObject again;
-        tov::utils::deserializeDynamicObjectFromJson(again, written, nullptr);
+        static_cast<void>(tov::utils::deserializeDynamicObjectFromJson(again, written, nullptr));
     }
     return 0;
 }

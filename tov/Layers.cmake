@@ -20,9 +20,9 @@ set(TOV_LAYER_foundation_CLASSES
 # The dynamic property tree: objects, values, iterators, builders, readers and predicates.
 set(TOV_LAYER_dynamic_USES foundation)
 set(TOV_LAYER_dynamic_CLASSES
-  DynamicObject DynamicObjectBuilder DynamicObjectCompositePredicate DynamicObjectIterator DynamicObjectProperties
-  DynamicObjectPropertyComparison DynamicObjectReader DynamicObjectValues DynamicType DynamicValue
-  details/DynamicObjectNode impl/DynamicKey)
+  DynamicObject DynamicObjectArrays DynamicObjectBuilder DynamicObjectCompositePredicate DynamicObjectIterator
+  DynamicObjectProperties DynamicObjectPropertyComparison DynamicObjectReader DynamicObjectValues DynamicType
+  DynamicValue details/DynamicObjectNode impl/DynamicKey impl/DynamicObjectNodes impl/PathCursor)
 
 # JSON (on yajl) and the protobuf text save format of dynamic objects.
 set(TOV_LAYER_serialization_USES dynamic foundation)
@@ -72,9 +72,10 @@ set(TOV_LAYER_inspection_CLASSES
   debugger/TargetSuspendRequest debugger/TargetSuspendRequestVisitor debugger/TerminationRequest
   debugger/TerminationRequestVisitor
   debugger/impl/BufferedConnection debugger/impl/BuilderContextVisitor debugger/impl/CivetConnection
-  debugger/impl/ConfiguredRequestHandler debugger/impl/EntitiesFilterFactory debugger/impl/EventFramework
-  debugger/impl/HTTPConnection debugger/impl/HTTPLinkInput debugger/impl/HTTPServer debugger/impl/HTTPServerRequest
-  debugger/impl/HitCountFilterFactory debugger/impl/InspectionFrameworkImpl debugger/impl/JsonHttpReply
+  debugger/impl/ConfiguredRequestHandler debugger/impl/EntitiesFilterFactory debugger/impl/EntityTable
+  debugger/impl/EventFramework debugger/impl/HTTPConnection debugger/impl/HTTPLinkInput debugger/impl/HTTPServer
+  debugger/impl/HTTPServerRequest debugger/impl/HitCountFilterFactory debugger/impl/InspectionFrameworkImpl
+  debugger/impl/InspectionFrameworkImplEntities debugger/impl/JsonHttpReply
   debugger/impl/ListeningAddress debugger/impl/ListeningSockets debugger/impl/LocationFilterFactory
   debugger/impl/LocationText debugger/impl/MainContext debugger/impl/MainContextFactory debugger/impl/PathSegment
   debugger/impl/RequestGuard debugger/impl/ViewerFiles debugger/impl/WarningLogger)

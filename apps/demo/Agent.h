@@ -77,6 +77,6 @@ private:
 };
 
 // Registers Agent and its properties; false (with the reason in the logger) when the manager refuses.
-bool registerAgentType(tov::utils::TypeManager& typeManager, tov::utils::AbstractLogger* logger);
+[[nodiscard]] bool registerAgentType(tov::utils::TypeManager& typeManager, tov::utils::AbstractLogger* logger);
 
 } // namespace demo

@@ -6,15 +6,16 @@ bool readJson(const std::string& text, tov::utils::DynamicObject& out, tov::util
 {
     out.clear();
     tov::utils::MemoryInputOutput stream(text.data(), text.size());
-    tov::utils::deserializeDynamicObjectFromJson(out, stream, logger);
     // The reader reports failures only to the logger; what counts here is whether anything arrived.
+    static_cast<void>(tov::utils::deserializeDynamicObjectFromJson(out, stream, logger));
     return !out.empty();
 }
 
 std::string writeJson(const tov::utils::DynamicObject& object)
 {
     tov::utils::MemoryInputOutput stream;
-    tov::utils::serializeDynamicObjectToJson(object, stream, nullptr);
+    // A stream in memory takes every write: the text is whole whatever the result.
+    static_cast<void>(tov::utils::serializeDynamicObjectToJson(object, stream, nullptr));
     return std::string(stream.getText().data(), stream.getText().size());
 }
 

@@ -156,7 +156,10 @@ bool World::save(const std::string& prefix, tov::utils::AbstractLogger* logger) 
     if (!json.openForWriting(logger) || !tov::utils::serializeDynamicObjectToJson(state, json, logger)) {
         return false;
     }
-    json.close(logger);
+    // Closing flushes: a file that could not be completed is a failed save.
+    if (!json.close(logger)) {
+        return false;
+    }
 
     unsigned int size = 0;
     char* saved = tov::utils::serializeDynamicObject(size, state, logger);
@@ -167,8 +170,8 @@ bool World::save(const std::string& prefix, tov::utils::AbstractLogger* logger) 
     tov::utils::FileInputOutput text(textName.c_str());
     const bool written = text.openForWriting(logger) && text.write(saved, size, logger);
     TOV_DELETE_ARRAY(saved);
-    text.close(logger);
-    return written;
+    const bool closed = text.close(logger);
+    return written && closed;
 }
 
 bool World::load(const char* fileName, tov::utils::DynamicObject& out, std::string& reason)

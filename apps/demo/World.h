@@ -28,7 +28,7 @@ public:
 
     // Writes <prefix>.json and <prefix>.txt (the saved text form); false, with the reason in the logger,
     // when either file cannot be written.
-    bool save(const std::string& prefix, tov::utils::AbstractLogger* logger) const;
+    [[nodiscard]] bool save(const std::string& prefix, tov::utils::AbstractLogger* logger) const;
 
     // Reads a file written by save, in either form (told apart by its first character), into `out`.
     // False with the reason ("it is neither JSON nor saved text", ...).

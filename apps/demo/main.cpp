@@ -116,7 +116,10 @@ int run(const demo::Options& options, tov::utils::AbstractLogger& logger)
     }
     inspector.enableEngine("debug");
     SuspensionListener suspensions;
-    inspector.subscribe<tov::utils::debugger::TargetSuspendRequest>(suspensions);
+    if (inspector.subscribe<tov::utils::debugger::TargetSuspendRequest>(suspensions) == 0) {
+        std::cerr << "tov-demo: the suspension listener was refused; a step after a plain suspend will not know "
+                     "its entity\n";
+    }
 
     int status = 0;
     {

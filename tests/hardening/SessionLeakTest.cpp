@@ -31,9 +31,10 @@ void runSimulationUnderTheInspector(LockedLogger& log)
     SimulationEngine simulation;
     ASSERT_TRUE(framework.registerEngine(simulation));
     unsigned int port = 0;
-    for (int attempt = 0; attempt < 5 && !framework.isHttpStarted(); ++attempt) {
+    bool started = false;
+    for (int attempt = 0; attempt < 5 && !started; ++attempt) {
         port = findFreePort();
-        framework.startHttp("127.0.0.1", port);
+        started = framework.startHttp("127.0.0.1", port);
     }
     ASSERT_TRUE(framework.isHttpStarted());
     for (const char* type : {"initialization", "registration", "unregistration", "suspension", "termination"}) {

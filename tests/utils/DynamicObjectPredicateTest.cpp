@@ -79,12 +79,13 @@ TEST_F(DynamicObjectPredicateTest, AMissingPropertyIsFalseWithAMessage)
 TEST_F(DynamicObjectPredicateTest, ContractFaults)
 {
     EXPECT_EQ("unexpected value type detected 0",
-              assertionOf([&] { Comparison("i", Comparison::equal, DynamicValue()).evaluate(object, nullptr); }));
+              assertionOf([&] { static_cast<void>(Comparison("i", Comparison::equal, DynamicValue()).evaluate(object, nullptr)); }));
     EXPECT_EQ("unexpected comparator detected 9", assertionOf([&] {
-                  Comparison("i", static_cast<Comparison::Comparator>(9), DynamicValue(1)).evaluate(object, nullptr);
+                  static_cast<void>(
+                      Comparison("i", static_cast<Comparison::Comparator>(9), DynamicValue(1)).evaluate(object, nullptr));
               }));
     EXPECT_EQ("Not an integer or a compatible type",
-              assertionOf([&] { Comparison("s", Comparison::equal, DynamicValue(1)).evaluate(object, nullptr); }));
+              assertionOf([&] { static_cast<void>(Comparison("s", Comparison::equal, DynamicValue(1)).evaluate(object, nullptr)); }));
     EXPECT_EQ("null pointer not allowed as key when creating a simple condition",
               assertionOf([] { Comparison(nullptr, Comparison::equal, DynamicValue(1)); }));
     DynamicObjectCompositePredicate composite;

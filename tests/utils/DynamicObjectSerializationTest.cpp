@@ -36,7 +36,7 @@ bool load(const std::string& text, DynamicObject& object, AbstractLogger* logger
 std::string json(const DynamicObject& object)
 {
     tov::utils::MemoryInputOutput out;
-    serializeDynamicObjectToJson(object, out, nullptr);
+    EXPECT_TRUE(serializeDynamicObjectToJson(object, out, nullptr));
     return textOf(out);
 }
 
@@ -44,7 +44,7 @@ DynamicObject fromJson(const std::string& text)
 {
     DynamicObject object;
     tov::utils::MemoryInputOutput in = memoryWith(text);
-    deserializeDynamicObjectFromJson(object, in, nullptr);
+    EXPECT_TRUE(deserializeDynamicObjectFromJson(object, in, nullptr));
     return object;
 }
 

@@ -85,7 +85,7 @@ TEST_F(Files, WholeFileFailuresGiveNullOrFalseWithTheirMessage)
     EXPECT_EQ(error::ioProblem, log.getMessages().back().errorType);
 
     ScopedPtr<std::basic_istream<char>> stream;
-    EXPECT_ASSERTION(openFileForReading(nullptr, stream, &log),
+    EXPECT_ASSERTION(static_cast<void>(openFileForReading(nullptr, stream, &log)),
                      "null pointer parameter is not allowed - unable to load file");
 }
 
@@ -142,7 +142,7 @@ TEST_F(Files, StateRulesOfAFileStream)
     EXPECT_EQ("Can't open the io on " + file + " for writing, it is already open for reading.", lastMessage());
     ASSERT_TRUE(io.read(buffer, size, &log));
     EXPECT_EQ(0, std::memcmp("data", buffer, 4));
-    io.close(&log);
+    EXPECT_TRUE(io.close(&log));
 
     FileInputOutput missing(path("missing").c_str());
     EXPECT_FALSE(missing.openForReading(&log));
@@ -151,5 +151,5 @@ TEST_F(Files, StateRulesOfAFileStream)
               lastMessage());
     EXPECT_FALSE(missing.isOpen());
     EXPECT_FALSE(missing.close(nullptr));   // already closed again
-    EXPECT_ASSERTION(missing.read(buffer, size, &log), "accessing a null scoped ptr");
+    EXPECT_ASSERTION(static_cast<void>(missing.read(buffer, size, &log)), "accessing a null scoped ptr");
 }

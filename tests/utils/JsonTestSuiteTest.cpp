@@ -60,7 +60,7 @@ bool hasContainerRoot(const std::string& text)
 std::string write(const DynamicObject& object)
 {
     tov::utils::MemoryInputOutput out;
-    serializeDynamicObjectToJson(object, out, nullptr);
+    EXPECT_TRUE(serializeDynamicObjectToJson(object, out, nullptr));
     return textOf(out);
 }
 

@@ -39,7 +39,7 @@ struct Outputs {
 Outputs outputsOf(const DynamicObject& object)
 {
     tov::utils::MemoryInputOutput json;
-    serializeDynamicObjectToJson(object, json, nullptr);
+    EXPECT_TRUE(serializeDynamicObjectToJson(object, json, nullptr));
     unsigned int size = 0;
     char* saved = serializeDynamicObject(size, object, nullptr);
     const std::string savedText = saved == nullptr ? std::string() : std::string(saved, size);
@@ -51,7 +51,7 @@ Outputs outputsOfJson(const std::string& text)
 {
     DynamicObject object;
     tov::utils::MemoryInputOutput in = memoryWith(text);
-    deserializeDynamicObjectFromJson(object, in, nullptr);
+    EXPECT_TRUE(deserializeDynamicObjectFromJson(object, in, nullptr));
     return outputsOf(object);
 }
 

@@ -227,7 +227,7 @@ TEST_F(TypeManagerTest, GettersAssertOnWhatIsNotRegistered)
 {
     const char* const unknownType = "No type having the id 00000000-0000-4000-8000-0000000000aa is registered.";
     EXPECT_ASSERTION(types.getTypeName(unknownId), unknownType);
-    EXPECT_ASSERTION(types.createStaticObject(unknownId, &log), unknownType);
+    EXPECT_ASSERTION(static_cast<void>(types.createStaticObject(unknownId, &log)), unknownType);
     EXPECT_ASSERTION(types.getTypeId("sim::Nothing"), "No type having the name sim::Nothing is registered.");
     EXPECT_ASSERTION(types.getProperty(vector3Id, "q"),
                      "The type f31f94dc-07a5-462f-b055-7be3506a7b36 have no registered property named q");

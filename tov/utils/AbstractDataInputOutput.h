@@ -15,11 +15,11 @@ class TOV_UTILS_API AbstractDataInputOutput {
 public:
     virtual bool isWritable() const = 0;
     // Writes all `size` bytes.
-    virtual bool write(const char* buffer, unsigned int size, AbstractLogger* logger) = 0;
+    [[nodiscard]] virtual bool write(const char* buffer, unsigned int size, AbstractLogger* logger) = 0;
     virtual bool isReadable() const = 0;
     // `size` is the room in `buffer` on the way in and the count read on the way out. At the end of
     // the data a read succeeds with a short (or zero) count: a reader stops at a short read.
-    virtual bool read(char* buffer, unsigned int& size, AbstractLogger* logger) = 0;
+    [[nodiscard]] virtual bool read(char* buffer, unsigned int& size, AbstractLogger* logger) = 0;
 
 protected:
     ~AbstractDataInputOutput() = default;

@@ -22,9 +22,9 @@ public:
     bool isRegistered(const Key& key) const;
     // False, with a message, when the key is taken.
     template <typename Derived>
-    bool registerCreator(const Key& key, AbstractLogger* logger);
+    [[nodiscard]] bool registerCreator(const Key& key, AbstractLogger* logger);
     // False, with a message, for an unknown key.
-    bool unregisterCreator(const Key& key, AbstractLogger* logger);
+    [[nodiscard]] bool unregisterCreator(const Key& key, AbstractLogger* logger);
     Creator& getCreator(const Key& key);
 
 private:

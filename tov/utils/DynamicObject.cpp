@@ -1,11 +1,13 @@
 // DynamicObject: construction, copies and the trie store under the properties. The public face of the
-// properties is in DynamicObjectProperties.cpp, values and copies between objects in DynamicObjectValues.cpp.
+// properties is in DynamicObjectProperties.cpp, arrays in DynamicObjectArrays.cpp, values and copies
+// between objects in DynamicObjectValues.cpp.
 #include <tov/utils/DynamicObject.h>
 
 #include <tov/utils/Assertion.h>
 #include <tov/utils/Memory.h>
 #include <tov/utils/StringTable.h>
 #include <tov/utils/impl/DynamicKey.h>
+#include <tov/utils/impl/DynamicObjectNodes.h>
 
 #include <algorithm>
 #include <cstring>
@@ -19,7 +21,6 @@ namespace {
 
 const unsigned int defaultBlockSize = 128;
 const unsigned int defaultStringTableSeed = 100;
-const unsigned int maximumArraySize = 100000;
 // The character of the root's p node. The node is never reached again; it exists so that the root split
 // node gets the handle 2 and its value node the handle 3 in every object.
 const char rootCharacter = 7;
@@ -76,6 +77,8 @@ DynamicObject& DynamicObject::operator=(const DynamicObject& other)
         return *this;
     }
     doClear();
+    // QUIRK(assignment-replaces-shared-table): a string table shared with other objects is replaced for
+    // all of them; kept as assignment has always copied the other's strings in place.
     *stringTable = *other.stringTable;
     if (nodeAllocator->getBlockSize() == other.nodeAllocator->getBlockSize()) {
         doMemoryCopy(other);
@@ -131,7 +134,7 @@ unsigned int DynamicObject::getRoot() const
 
 unsigned int DynamicObject::getMaximumArraySize()
 {
-    return maximumArraySize;
+    return impl::maximumArraySize;
 }
 
 bool DynamicObject::empty() const
@@ -232,22 +235,9 @@ DynamicObjectNode* DynamicObject::findNode(unsigned int start, const char* key, 
     handle = current;
     DynamicObjectNode* node = getNode(handle);
     if (toSplitNode && node != nullptr && node->trie.splitChar != 0) {
-        // The split node of the level below, looked for as the character 0: along `less` links past the
-        // path characters, and `greater` ones past the bytes of 0x80 and above, which sort below 0.
-        handle = node->trie.equal;
-        node = nullptr;
-        while (handle != 0) {
-            DynamicObjectNode* candidate = getNode(handle);
-            if (candidate == nullptr) {
-                handle = 0;
-                break;
-            }
-            if (candidate->trie.splitChar == 0) {
-                node = candidate;
-                break;
-            }
-            handle = candidate->trie.splitChar > 0 ? candidate->trie.less : candidate->trie.greater;
-        }
+        // The key ends on a path character: what it names is the split node of the level below.
+        handle = impl::findLevelSplitNode(node->trie.equal, [this](unsigned int h) { return getNode(h); });
+        node = getNode(handle);
     }
     return node;
 }
@@ -425,7 +415,7 @@ void DynamicObject::addRootProperty()
 unsigned int DynamicObject::doAddChild(unsigned int parent, const char* key, unsigned int length,
                                        DynamicObjectNode* parentValue, unsigned int* childValueOut)
 {
-    TOV_ASSERT(key != nullptr, "Null string given as a key");
+    TOV_ASSERT(key != nullptr, impl::nullKeyMessage);
     if (key == nullptr || length == 0) {
         return 0;
     }
@@ -444,16 +434,8 @@ unsigned int DynamicObject::doAddChild(unsigned int parent, const char* key, uns
     DynamicObjectNode* value;
     if (start == 0) {
         // The first child of an object: its key starts at the object's split node, with the separator.
-        char shortKey[64];
-        String longKey;
-        char* newKey = shortKey;
-        if (length + 1 > sizeof(shortKey)) {
-            longKey.resize(length + 1);
-            newKey = &longKey[0];
-        }
-        newKey[0] = '.';
-        std::memcpy(newKey + 1, key, length);
-        value = addProperty(parent, newKey, length + 1, inserted, child, childValue);
+        const impl::ChildKey childKey(key, length, true);
+        value = addProperty(parent, childKey.data(), childKey.length(), inserted, child, childValue);
     } else {
         value = addProperty(start, key, length, inserted, child, childValue);
     }
@@ -465,7 +447,7 @@ unsigned int DynamicObject::doAddChild(unsigned int parent, const char* key, uns
         if (parentValue == nullptr) {
             parentValue = findValueNode(parent);
         }
-        TOV_ASSERT(parentValue != nullptr, "Invalid property");
+        TOV_ASSERT(parentValue != nullptr, impl::invalidPropertyMessage);
         if (parentValue != nullptr) {
             parentValue->leaf.value.bits += 1;
             parentValue->leaf.type = type::object;
@@ -493,7 +475,9 @@ unsigned int DynamicObject::getChildRecursive(unsigned int handle, unsigned int 
             return found;
         }
     }
-    const bool separator = node->trie.splitChar == '.' || node->trie.splitChar == '[';
+    // QUIRK(extending-sibling-names): a sibling whose name extends this one lies on the same links and is
+    // counted as a child; telling it apart would need a walk per name, and indices stay as they were.
+    const bool separator = impl::isSeparator(node->trie.splitChar);
     if (node->trie.equal != 0 && !isStart && !(insideName && separator)) {
         found = getChildRecursive(node->trie.equal, target, nbChildrenParsed, true, false, handle);
         if (nbChildrenParsed == target) {
@@ -511,13 +495,15 @@ bool DynamicObject::checkKey(const char* key, unsigned int length) const
     return impl::isValidChildKey(key, length);
 }
 
+// QUIRK(array-keys-as-text): an index is stored as its decimal text, so walks meet elements in the order
+// of that text ([0] [10] [1]); getElements and getChild read them by number.
 unsigned int DynamicObject::formatArrayKey(char* buffer, unsigned int index) const
 {
-    TOV_ASSERT(index < maximumArraySize, "Array indices must be less than " << maximumArraySize << ".");
-    if (index >= maximumArraySize) {
+    TOV_ASSERT(index < impl::maximumArraySize, "Array indices must be less than " << impl::maximumArraySize << ".");
+    if (index >= impl::maximumArraySize) {
         return 0;
     }
-    char digits[5];
+    char digits[impl::arrayIndexDigits];
     unsigned int count = 0;
     do {
         digits[count++] = static_cast<char>('0' + index % 10);

@@ -243,6 +243,12 @@ private:
     // `childValue`, when given, receives the child's value node.
     unsigned int doAddChild(unsigned int parent, const char* key, unsigned int length,
                             details::DynamicObjectNode* parentValue = nullptr, unsigned int* childValue = nullptr);
+    // The steps of renameChild once the new name has its node: the children move from the old split node
+    // to the new one (a link handed over, nothing copied), then the old name goes.
+    unsigned int* findChildrenLink(unsigned int property, char separatorChar);
+    void hangChildren(unsigned int property, char separatorChar, unsigned int subtree);
+    void moveChildren(unsigned int from, const details::DynamicObjectNode& value, unsigned int to);
+    void eraseRenamedChild(unsigned int separator, const char* name, unsigned int length);
     void collectElements(unsigned int level, unsigned int index, unsigned int digits, unsigned int* elements,
                          unsigned int count) const;
     unsigned int getChildRecursive(unsigned int handle, unsigned int target, unsigned int& nbChildrenParsed,

@@ -205,7 +205,8 @@ bool DynamicObjectBuilder::endProperty(type::Type type)
 
 bool DynamicObjectBuilder::beginScalar(type::Type type)
 {
-    // A value of an unexpected kind is written all the same, on purpose: the check only reports it.
+    // QUIRK(builder-overwrites-other-kind): a value of an unexpected kind is written all the same, the
+    // check only reports it, so a reader goes on with what the text held instead of stopping there.
     beginProperty(type);
     // With no current property there is nothing to write to.
     return !properties.empty();

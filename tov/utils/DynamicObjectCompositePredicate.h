@@ -24,7 +24,7 @@ public:
     // An index at or beyond the count breaks the contract.
     const DynamicObjectPropertyComparison& getPredicate(unsigned int index) const;
 
-    bool evaluate(const DynamicObject& object, AbstractLogger* logger) const;
+    [[nodiscard]] bool evaluate(const DynamicObject& object, AbstractLogger* logger) const;
 
 private:
     Vector<DynamicObjectPropertyComparison> predicates;

@@ -2,20 +2,14 @@
 
 #include <tov/utils/Assertion.h>
 #include <tov/utils/DynamicObject.h>
+#include <tov/utils/impl/DynamicObjectNodes.h>
 
 namespace tov {
 namespace utils {
 
 using details::DynamicObjectNode;
 
-namespace {
-
-bool isSeparator(signed char c)
-{
-    return c == '.' || c == '[';
-}
-
-} // namespace
+using impl::isSeparator;
 
 DynamicObjectIterator::DynamicObjectIterator(const DynamicObject& object, unsigned int property)
     : object(&object), startProperty(0), startValue(0), property(0), maxDepth(0xFFFFFFFFu), depth(0)
@@ -146,8 +140,10 @@ unsigned int DynamicObjectIterator::findNextChildFromParent(unsigned int current
         const DynamicObjectNode* node = object->nodeAt(current);
         bool up = false;
         if (node->trie.less == child) {
-            // The `less` side is done. Kept: this way into an `equal` link neither tests nor raises the
-            // depth, while the way back out lowers it.
+            // The `less` side is done.
+            // QUIRK(walk-depth-from-less-side): this way into an `equal` link neither tests nor raises
+            // the depth, while the way back out lowers it, so a walk can end early; kept because writers
+            // and resetProperty walk with this iterator as it is.
             if (node->trie.equal != 0 && node->trie.equal != startValue) {
                 found = true;
                 // Set as on the other way down, so that a split node reached here is the property

@@ -35,7 +35,7 @@ public:
     const DynamicValue& getValue() const;
 
     // Strings compare by strcmp, booleans with false below true, reals with no order for NaN.
-    bool evaluate(const DynamicObject& object, AbstractLogger* logger) const;
+    [[nodiscard]] bool evaluate(const DynamicObject& object, AbstractLogger* logger) const;
 
 private:
     String key;

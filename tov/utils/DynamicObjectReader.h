@@ -24,28 +24,28 @@ public:
     bool has(const char* key) const;
 
     // False, leaving `value` as it was, when nothing lies at the path or the value is of another kind.
-    bool readInt(const char* key, long long& value, AbstractLogger* logger) const;
+    [[nodiscard]] bool readInt(const char* key, long long& value, AbstractLogger* logger) const;
     // An integer is read as a real too: JSON writes 2.0 as 2.
-    bool readReal(const char* key, double& value, AbstractLogger* logger) const;
-    bool readBool(const char* key, bool& value, AbstractLogger* logger) const;
+    [[nodiscard]] bool readReal(const char* key, double& value, AbstractLogger* logger) const;
+    [[nodiscard]] bool readBool(const char* key, bool& value, AbstractLogger* logger) const;
     // The text stays valid while the object keeps its string table and the value is not changed.
-    bool readString(const char* key, const char*& value, AbstractLogger* logger) const;
+    [[nodiscard]] bool readString(const char* key, const char*& value, AbstractLogger* logger) const;
 
     // The same by handle, for the elements and members a caller walks (0 reads as absent).
-    bool readInt(unsigned int property, long long& value, AbstractLogger* logger) const;
-    bool readReal(unsigned int property, double& value, AbstractLogger* logger) const;
-    bool readBool(unsigned int property, bool& value, AbstractLogger* logger) const;
-    bool readString(unsigned int property, const char*& value, AbstractLogger* logger) const;
+    [[nodiscard]] bool readInt(unsigned int property, long long& value, AbstractLogger* logger) const;
+    [[nodiscard]] bool readReal(unsigned int property, double& value, AbstractLogger* logger) const;
+    [[nodiscard]] bool readBool(unsigned int property, bool& value, AbstractLogger* logger) const;
+    [[nodiscard]] bool readString(unsigned int property, const char*& value, AbstractLogger* logger) const;
 
 private:
     // The handle at the path, 0 when the path is absent.
     unsigned int find(const char* key) const;
     type::Type kindOf(unsigned int property) const;
     // `key` names the value in the message, null for a read by handle.
-    bool readInt(unsigned int property, const char* key, long long& value, AbstractLogger* logger) const;
-    bool readReal(unsigned int property, const char* key, double& value, AbstractLogger* logger) const;
-    bool readBool(unsigned int property, const char* key, bool& value, AbstractLogger* logger) const;
-    bool readString(unsigned int property, const char* key, const char*& value, AbstractLogger* logger) const;
+    [[nodiscard]] bool readInt(unsigned int property, const char* key, long long& value, AbstractLogger* logger) const;
+    [[nodiscard]] bool readReal(unsigned int property, const char* key, double& value, AbstractLogger* logger) const;
+    [[nodiscard]] bool readBool(unsigned int property, const char* key, bool& value, AbstractLogger* logger) const;
+    [[nodiscard]] bool readString(unsigned int property, const char* key, const char*& value, AbstractLogger* logger) const;
 
     const DynamicObject& object;
 };

@@ -114,6 +114,8 @@ bool deserializeDynamicObject(const char* buffer, unsigned int size, DynamicObje
         return false;
     }
     const proto::Version& version = saved.version();
+    // QUIRK(saved-form-major-only): only the major number is compared, so that texts saved by any 0.x
+    // release load.
     if (version.major() != impl::libraryVersionMajor) {
         TOV_LOG_ERROR(logger, error::invalidData,
                       "Error while deserializing: The file originates from a version, v"

@@ -14,14 +14,14 @@ class AbstractDataInputOutput;
 class AbstractLogger;
 class DynamicObject;
 
-TOV_UTILS_API bool serializeDynamicObjectToProtobuf(const DynamicObject& object, AbstractDataInputOutput& stream,
+[[nodiscard]] TOV_UTILS_API bool serializeDynamicObjectToProtobuf(const DynamicObject& object, AbstractDataInputOutput& stream,
                                                     AbstractLogger* logger);
 // The saved text without a terminating zero, and its length in `size`; null on failure, with `size`
 // left alone.
-TOV_UTILS_API char* serializeDynamicObject(unsigned int& size, const DynamicObject& object, AbstractLogger* logger);
+[[nodiscard]] TOV_UTILS_API char* serializeDynamicObject(unsigned int& size, const DynamicObject& object, AbstractLogger* logger);
 // Reads a saved text into `object` (not cleared first). A text without a root changes nothing; a
 // failed replay leaves what was built so far.
-TOV_UTILS_API bool deserializeDynamicObject(const char* buffer, unsigned int size, DynamicObject& object,
+[[nodiscard]] TOV_UTILS_API bool deserializeDynamicObject(const char* buffer, unsigned int size, DynamicObject& object,
                                             AbstractLogger* logger);
 
 } // namespace utils

@@ -7,6 +7,7 @@
 #include <tov/utils/DynamicValue.h>
 #include <tov/utils/StringTable.h>
 #include <tov/utils/impl/DynamicKey.h>
+#include <tov/utils/impl/DynamicObjectNodes.h>
 
 #include <cstring>
 
@@ -15,18 +16,10 @@ namespace utils {
 
 using details::DynamicObjectNode;
 
-namespace {
-
-const char* const nullKeyMessage = "Null string given as a key";
-const char* const invalidPropertyMessage = "Invalid property";
-const char* const unknownTypeMessage = " is an unknown tov::utils::type";
-
-unsigned int lengthOf(const char* text)
-{
-    return text != nullptr ? static_cast<unsigned int>(std::strlen(text)) : 0;
-}
-
-} // namespace
+using impl::invalidPropertyMessage;
+using impl::lengthOf;
+using impl::nullKeyMessage;
+using impl::unknownTypeMessage;
 
 // Readers.
 
@@ -469,7 +462,8 @@ void DynamicObject::retrieve(const char* key, DynamicObject& target) const
 
 void DynamicObject::retrieve(const char* key, unsigned int length, DynamicObject& target) const
 {
-    // Kept: an unknown key gives the handle 0, from which the walk starts at the root and copies it all.
+    // QUIRK(retrieve-unknown-key-copies-root): an unknown key gives the handle 0, from which the walk
+    // starts at the root and copies it all, as the handle form does for the handle 0.
     retrieve(getProperty(key, length), target);
 }
 

@@ -27,7 +27,9 @@ bool ErrorType::operator!=(const ErrorType& other) const
     return id != other.id;
 }
 
-// Built at load in this order. Two captions differ from their names on purpose.
+// Built at load in this order.
+// QUIRK(error-captions): two captions differ from their names (fileFormatCorrupted, threadError); log
+// lines carry the caption, so it stays as hosts have read it.
 namespace error {
 const ErrorType invalidArgument(Uuid::create("06cb0f65-5199-4c7b-8146-ae6a1d3f97c1"), "invalid argument");
 const ErrorType invalidData(Uuid::create("fa72e664-42da-42cb-b468-bc39a17b8169"), "invalid data");

@@ -26,11 +26,12 @@ bool FileInputOutput::openForReading(AbstractLogger* logger)
     // Replaces, and so closes, a stream left here after it reached the end of the file.
     input.reset(TOV_NEW std::ifstream(fileName.c_str(), std::ios::in | std::ios::binary));
     if (input->fail()) {
-        // "eror" is the wording this message has always had; hosts match on it.
+        // QUIRK(eror-message): "eror" is the wording this message has always had; hosts match on it.
         TOV_LOG_ERROR(logger, error::invalidOperation,
                       "Can't open the io on " << fileName << " for reading, unable to get a valid stream (eror code '"
                                               << static_cast<int>(input->rdstate()) << "').");
-        close(nullptr);
+        // The stream that failed to open is dropped; closing it has nothing to report.
+        static_cast<void>(close(nullptr));
         return false;
     }
     return true;
@@ -53,7 +54,8 @@ bool FileInputOutput::openForWriting(AbstractLogger* logger)
         TOV_LOG_ERROR(logger, error::invalidOperation,
                       "Can't open the io on " << fileName << " for writing, unable to get a valid stream (error code '"
                                               << static_cast<int>(output->rdstate()) << "').");
-        close(nullptr);
+        // The stream that failed to open is dropped; closing it has nothing to report.
+        static_cast<void>(close(nullptr));
         return false;
     }
     return true;
@@ -102,8 +104,9 @@ bool FileInputOutput::isReadable() const
 
 bool FileInputOutput::read(char* buffer, unsigned int& size, AbstractLogger* logger)
 {
-    // Reading with nothing open is the null owner's assertion. Should the assertion function return,
-    // the read fails instead of following the null pointer.
+    // QUIRK(read-unopened): reading with nothing open is the null owner's assertion. Should the
+    // assertion function return, the read fails, the smallest safe thing, instead of following the null
+    // pointer.
     std::basic_istream<char>* stream = input.operator->();
     if (stream == nullptr) {
         size = 0;

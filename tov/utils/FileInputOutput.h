@@ -20,17 +20,17 @@ public:
     FileInputOutput(const FileInputOutput&) = delete;
     FileInputOutput& operator=(const FileInputOutput&) = delete;
 
-    bool openForReading(AbstractLogger* logger = nullptr);
+    [[nodiscard]] bool openForReading(AbstractLogger* logger = nullptr);
     // Empties the file.
-    bool openForWriting(AbstractLogger* logger = nullptr);
+    [[nodiscard]] bool openForWriting(AbstractLogger* logger = nullptr);
     // False once a read reached the end of the file, although the file is still held: close stays valid.
     bool isOpen() const;
-    bool close(AbstractLogger* logger = nullptr);
+    [[nodiscard]] bool close(AbstractLogger* logger = nullptr);
 
     bool isWritable() const override;
-    bool write(const char* buffer, unsigned int size, AbstractLogger* logger) override;
+    [[nodiscard]] bool write(const char* buffer, unsigned int size, AbstractLogger* logger) override;
     bool isReadable() const override;
-    bool read(char* buffer, unsigned int& size, AbstractLogger* logger) override;
+    [[nodiscard]] bool read(char* buffer, unsigned int& size, AbstractLogger* logger) override;
 
 private:
     String fileName;

@@ -90,7 +90,8 @@ bool eraseFile(const char* path, AbstractLogger* logger)
     if (result == 0) {
         return true;
     }
-    // The result of remove itself is reported (and compared with 2), not errno: kept as hosts know it.
+    // QUIRK(erase-file-result): the result of remove itself is reported (and compared with 2), not
+    // errno, so a missing file reads as an I/O problem; kept as hosts know the message and category.
     TOV_LOG_ERROR(logger, result == 2 ? error::fileNotFound : error::ioProblem,
                   "Unable to remove resource from '" << path << "'. Errno: " << result);
     return false;

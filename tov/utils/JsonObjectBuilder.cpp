@@ -155,6 +155,8 @@ bool JsonObjectBuilder::real(double value)
     if (!checkRoot()) {
         return false;
     }
+    // QUIRK(json-reals-20g): reals are written as yajl_gen_double writes them, so that the JSON form stays
+    // byte for byte what it was (0.1 reads 0.10000000000000000555).
     // The text of yajl_gen_double ("%.20g", and ".0" after a text of digits only), made by std::to_chars in a
     // quarter of the time of sprintf and handed over as a number. Infinities and NaN still go to
     // yajl_gen_double, which refuses them after the checks of its state.

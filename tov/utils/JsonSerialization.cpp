@@ -76,6 +76,8 @@ bool serializeProperty(const DynamicObject& object, unsigned int property, Abstr
     const type::Type kind = object.getType(property);
     switch (kind) {
     case type::null:
+        // QUIRK(empty-container-null): an object or array that never got a child, or lost its last one,
+        // is null in the trie and written as null; readers of the JSON form know it.
         return builder.null();
     case type::integer:
         return builder.integer(object.getInt(property));
@@ -271,10 +273,12 @@ bool deserializeJson(AbstractObjectBuilder& builder, AbstractDataInputOutput& st
     context.pointDecimal = decimalPoint != nullptr && std::strcmp(decimalPoint, ".") == 0;
     yajl_handle parser = yajl_alloc(&callbacks, &allocationFunctions, &context);
 
-    // Each piece goes to the parser at the buffer's full size, whatever the read returned: the bytes
-    // behind a short last piece are left from the piece before and only follow the complete value.
-    // The buffer starts zeroed so that those bytes are at least never indeterminate. The statuses
-    // are not looked at: a failure shows as the builder's messages.
+    // QUIRK(json-read-full-pieces): each piece goes to the parser at the buffer's full size, whatever
+    // the read returned: the bytes behind a short last piece are left from the piece before and only
+    // follow the complete value. The buffer starts zeroed so that those bytes are at least never
+    // indeterminate.
+    // QUIRK(json-read-always-true): the statuses are not looked at, a failure shows as the builder's
+    // messages and what was read stays; callers judge by the builder, as the HTTP body reader does.
     // The loop also ends on a read that succeeds with nothing: a file stream keeps succeeding at its
     // end, and would otherwise keep the loop going for ever.
     unsigned char buffer[256] = {};

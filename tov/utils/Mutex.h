@@ -26,7 +26,7 @@ public:
     bool lock(AbstractLogger* logger = nullptr);
     // Failing on a mutex held elsewhere is ordinary, yet logged as an error when a logger is given:
     // a caller that polls passes none.
-    bool trylock(AbstractLogger* logger = nullptr);
+    [[nodiscard]] bool trylock(AbstractLogger* logger = nullptr);
     bool unlock(AbstractLogger* logger = nullptr);
 
 private:

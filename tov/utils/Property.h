@@ -38,7 +38,7 @@ public:
     // and written by `setter`. Both types must be registered in `typeManager`, which must outlive the
     // property. On failure the property is left invalid and the result is false, with a message.
     template <typename Owner, typename Value>
-    bool setAccessors(const char* key, const Value& (Owner::*getter)() const, void (Owner::*setter)(const Value&),
+    [[nodiscard]] bool setAccessors(const char* key, const Value& (Owner::*getter)() const, void (Owner::*setter)(const Value&),
                       const TypeManager& typeManager, AbstractLogger* logger);
 
     bool isValid() const;
@@ -86,7 +86,7 @@ private:
     // Logs the refusal and leaves the property invalid; false.
     bool refuse(Refusal refusal, AbstractLogger* logger);
     // Stores the key, the ids and the manager, and checks that both types are registered.
-    bool bind(const char* key, const Uuid& ownerId, const Uuid& valueId, const TypeManager& manager,
+    [[nodiscard]] bool bind(const char* key, const Uuid& ownerId, const Uuid& valueId, const TypeManager& manager,
               AbstractLogger* logger);
     void replaceHolder(details::PropertyHolder* newHolder);
     void assertValid() const;

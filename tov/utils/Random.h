@@ -16,8 +16,8 @@ namespace impl {
 class Random;
 }
 
-TOV_UTILS_API char* serializeRandom(unsigned int& size, const Random& random, AbstractLogger* logger);
-TOV_UTILS_API bool deserializeRandom(const char* buffer, unsigned int size, Random& random, AbstractLogger* logger);
+[[nodiscard]] TOV_UTILS_API char* serializeRandom(unsigned int& size, const Random& random, AbstractLogger* logger);
+[[nodiscard]] TOV_UTILS_API bool deserializeRandom(const char* buffer, unsigned int size, Random& random, AbstractLogger* logger);
 
 class TOV_UTILS_API Random {
 public:

@@ -6,7 +6,8 @@
 namespace tov {
 namespace utils {
 
-// The mutex is called without a logger on purpose, so nothing reaches a log despite the wording.
+// QUIRK(scoped-mutex-silent): the mutex is called without a logger, so nothing reaches a log despite
+// the wording; a failed lock is reported by the assertion that follows, once.
 ScopedMutex::ScopedMutex(Mutex& mutex) : mutex(mutex)
 {
     const bool locked = mutex.lock(nullptr);

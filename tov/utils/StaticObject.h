@@ -33,7 +33,7 @@ public:
     static MetadataSetter getClassMetadataSetter();
 
 private:
-    static bool internalSetMetadata(TypeManager& typeManager, AbstractLogger* logger);
+    [[nodiscard]] static bool internalSetMetadata(TypeManager& typeManager, AbstractLogger* logger);
 };
 
 } // namespace utils
@@ -51,7 +51,7 @@ public:                                                                         
     static ::tov::utils::StaticObject::MetadataSetter getClassMetadataSetter();                          \
                                                                                                          \
 private:                                                                                                 \
-    static bool internalSetMetadata(::tov::utils::TypeManager& typeManager, ::tov::utils::AbstractLogger* logger);
+    [[nodiscard]] static bool internalSetMetadata(::tov::utils::TypeManager& typeManager, ::tov::utils::AbstractLogger* logger);
 
 // Defines the name and id of `Class` and the virtual forms that hand them out; the class's own source
 // file then defines internalSetMetadata, or uses one of the two macros below instead. The id is read on
@@ -66,7 +66,7 @@ private:                                                                        
     {                                                                                                    \
         static const ::tov::utils::Uuid id = [] {                                                        \
             ::tov::utils::Uuid read;                                                                     \
-            read.set(typeId, nullptr);                                                                   \
+            static_cast<void>(read.set(typeId, nullptr));                                                \
             return read;                                                                                 \
         }();                                                                                             \
         return id;                                                                                       \

@@ -27,11 +27,11 @@ public:
     unsigned long long add(const char* text, unsigned int length, AbstractLogger* logger);
     // The hash of a text that must already be stored (asserts otherwise); 0 on a collision when a
     // logger is given.
-    unsigned long long hash(const char* text, AbstractLogger* logger) const;
-    unsigned long long hash(const char* text, unsigned int length, AbstractLogger* logger) const;
+    [[nodiscard]] unsigned long long hash(const char* text, AbstractLogger* logger) const;
+    [[nodiscard]] unsigned long long hash(const char* text, unsigned int length, AbstractLogger* logger) const;
     // Whether `hash` holds exactly this text.
-    bool check(const char* text, const unsigned long long& hash, AbstractLogger* logger) const;
-    bool check(const char* text, unsigned int length, const unsigned long long& hash, AbstractLogger* logger) const;
+    [[nodiscard]] bool check(const char* text, const unsigned long long& hash, AbstractLogger* logger) const;
+    [[nodiscard]] bool check(const char* text, unsigned int length, const unsigned long long& hash, AbstractLogger* logger) const;
     // The stored text, valid until clear, assignment or destruction; `defaultValue` for 0 or an unknown hash.
     const char* retrieve(const unsigned long long& hash, const char* defaultValue) const;
 
@@ -40,7 +40,8 @@ public:
     void setSeed(unsigned int seed);
     bool empty() const;
     void clear();
-    // Kept for callers that size tables in advance; the table grows by itself.
+    // QUIRK(string-table-reserve): does nothing, as the table grows by itself; kept for the callers that
+    // size tables in advance.
     void reserve(unsigned int count);
 
     // MurmurHash64B of `length` bytes: two 32-bit lanes, the first in the high half of the result.

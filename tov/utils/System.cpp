@@ -18,8 +18,6 @@
 #include <tov/utils/debugger/TerminationRequest.h>
 #include <tov/utils/debugger/impl/MainContext.h>
 
-#include <initializer_list>
-
 namespace tov {
 namespace utils {
 
@@ -33,6 +31,8 @@ namespace {
 struct ClassRegistration {
     bool (*registerClass)(TypeManager& typeManager, AbstractLogger* logger);
     const Uuid& (*getClassTypeId)();
+    // Its place in the order of terminate, which need not be the reverse of the registration order.
+    unsigned int unregistrationRank;
 };
 
 template <typename T>
@@ -41,47 +41,49 @@ bool registerClass(TypeManager& typeManager, AbstractLogger* logger)
     return typeManager.registerType<T>(logger);
 }
 
-// A row of the tables below: TOV_CLASS_REGISTRATION(debugger::MainContext).
-#define TOV_CLASS_REGISTRATION(Class) ClassRegistration{&registerClass<Class>, &Class::getClassTypeId}
+// A row of the table below: TOV_CLASS_REGISTRATION(debugger::MainContext, 10).
+#define TOV_CLASS_REGISTRATION(Class, unregistrationRank)                                                   \
+    ClassRegistration{&registerClass<Class>, &Class::getClassTypeId, unregistrationRank}
 
 // In the order of registration, behind the base types: a class comes after the bases that its metadata
-// names. isInitialized is true only while every one of them is registered.
-const std::initializer_list<ClassRegistration> registrationTable = {
-    TOV_CLASS_REGISTRATION(debugger::AbstractContext),
-    TOV_CLASS_REGISTRATION(debugger::AbstractEventFilter),
-    TOV_CLASS_REGISTRATION(debugger::AbstractEventRequest),
-    TOV_CLASS_REGISTRATION(debugger::MainContext),
-    TOV_CLASS_REGISTRATION(debugger::EntitiesFilter),
-    TOV_CLASS_REGISTRATION(debugger::HitCountFilter),
-    TOV_CLASS_REGISTRATION(debugger::LocationFilter),
-    TOV_CLASS_REGISTRATION(debugger::BreakpointRequest),
-    TOV_CLASS_REGISTRATION(debugger::EntityRegistrationRequest),
-    TOV_CLASS_REGISTRATION(debugger::EntityUnregistrationRequest),
-    TOV_CLASS_REGISTRATION(debugger::InitializationRequest),
-    TOV_CLASS_REGISTRATION(debugger::TargetDisconnectRequest),
-    TOV_CLASS_REGISTRATION(debugger::TargetSuspendRequest),
-    TOV_CLASS_REGISTRATION(debugger::TerminationRequest),
-};
-
-// The order of terminate, which need not be the reverse of the registration order.
-const std::initializer_list<const Uuid& (*)()> unregistrationOrder = {
-    &debugger::EntityRegistrationRequest::getClassTypeId,
-    &debugger::EntityUnregistrationRequest::getClassTypeId,
-    &debugger::BreakpointRequest::getClassTypeId,
-    &debugger::TargetSuspendRequest::getClassTypeId,
-    &debugger::TargetDisconnectRequest::getClassTypeId,
-    &debugger::InitializationRequest::getClassTypeId,
-    &debugger::TerminationRequest::getClassTypeId,
-    &debugger::LocationFilter::getClassTypeId,
-    &debugger::HitCountFilter::getClassTypeId,
-    &debugger::EntitiesFilter::getClassTypeId,
-    &debugger::MainContext::getClassTypeId,
-    &debugger::AbstractEventRequest::getClassTypeId,
-    &debugger::AbstractEventFilter::getClassTypeId,
-    &debugger::AbstractContext::getClassTypeId,
+// names. isInitialized is true only while every one of them is registered. Terminate unregisters them
+// by rank: the requests, the filters, MainContext, then the three abstract bases.
+constexpr ClassRegistration registrationTable[] = {
+    TOV_CLASS_REGISTRATION(debugger::AbstractContext, 13),
+    TOV_CLASS_REGISTRATION(debugger::AbstractEventFilter, 12),
+    TOV_CLASS_REGISTRATION(debugger::AbstractEventRequest, 11),
+    TOV_CLASS_REGISTRATION(debugger::MainContext, 10),
+    TOV_CLASS_REGISTRATION(debugger::EntitiesFilter, 9),
+    TOV_CLASS_REGISTRATION(debugger::HitCountFilter, 8),
+    TOV_CLASS_REGISTRATION(debugger::LocationFilter, 7),
+    TOV_CLASS_REGISTRATION(debugger::BreakpointRequest, 2),
+    TOV_CLASS_REGISTRATION(debugger::EntityRegistrationRequest, 0),
+    TOV_CLASS_REGISTRATION(debugger::EntityUnregistrationRequest, 1),
+    TOV_CLASS_REGISTRATION(debugger::InitializationRequest, 5),
+    TOV_CLASS_REGISTRATION(debugger::TargetDisconnectRequest, 4),
+    TOV_CLASS_REGISTRATION(debugger::TargetSuspendRequest, 3),
+    TOV_CLASS_REGISTRATION(debugger::TerminationRequest, 6),
 };
 
 #undef TOV_CLASS_REGISTRATION
+
+constexpr unsigned int classCount = sizeof(registrationTable) / sizeof(registrationTable[0]);
+
+// Every rank from 0 to classCount - 1 once, so that terminate unregisters every class exactly once.
+constexpr bool ranksAreAnOrder()
+{
+    for (unsigned int rank = 0; rank < classCount; ++rank) {
+        unsigned int holders = 0;
+        for (const ClassRegistration& registration : registrationTable) {
+            holders += registration.unregistrationRank == rank ? 1 : 0;
+        }
+        if (holders != 1) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(ranksAreAnOrder(), "the unregistration ranks must number the classes from 0, each once");
 
 // Each step runs only while all the earlier ones succeeded.
 bool registerTypes(TypeManager& typeManager, AbstractLogger* logger)
@@ -110,8 +112,12 @@ bool areTypesRegistered(const TypeManager& typeManager)
 
 void unregisterTypes(TypeManager& typeManager)
 {
-    for (const auto getClassTypeId : unregistrationOrder) {
-        typeManager.unregisterType(getClassTypeId());
+    for (unsigned int rank = 0; rank < classCount; ++rank) {
+        for (const ClassRegistration& registration : registrationTable) {
+            if (registration.unregistrationRank == rank) {
+                typeManager.unregisterType(registration.getClassTypeId());
+            }
+        }
     }
     typeManager.unregisterBaseTypes();
 }

@@ -12,7 +12,7 @@ namespace utils {
 class AbstractLogger;
 
 // Creates Facilities and registers the library's types; true at once when already initialized.
-TOV_UTILS_API bool initialize(AbstractLogger* logger);
+[[nodiscard]] TOV_UTILS_API bool initialize(AbstractLogger* logger);
 // Unregisters the types and destroys Facilities; always true, and does nothing when not initialized.
 TOV_UTILS_API bool terminate(AbstractLogger* logger);
 TOV_UTILS_API bool isInitialized();

@@ -41,11 +41,11 @@ public:
 
     // A repeated registration under the same id and name is no failure (a warning); the id or the name
     // taken by another type is.
-    bool registerType(const Uuid& id, const char* name, AbstractLogger* logger);
+    [[nodiscard]] bool registerType(const Uuid& id, const char* name, AbstractLogger* logger);
     // Registers a class of the StaticObject pattern and states its metadata; on failure the class's id
     // is unregistered again.
     template <typename T>
-    bool registerType(AbstractLogger* logger);
+    [[nodiscard]] bool registerType(AbstractLogger* logger);
     // Also drops the creator under the id, and the type from the bases of every other type.
     void unregisterType(const Uuid& id);
     // Destroys every type; the creators stay.
@@ -53,7 +53,7 @@ public:
 
     // int, int64, double, float, bool, String, Vector3r, Vector2r, Quaternionr, DynamicObject and
     // StaticObject, in this order. A failure unregisters them again and gives false.
-    bool registerBaseTypes(AbstractLogger* logger);
+    [[nodiscard]] bool registerBaseTypes(AbstractLogger* logger);
     // Leaves DynamicObject registered: only clearTypes removes it.
     void unregisterBaseTypes();
 
@@ -65,14 +65,14 @@ public:
     const Uuid& getTypeId(const char* name) const;
 
     // False, with a message, when either type is unknown or when `base` derives from `derived`.
-    bool addBaseType(const Uuid& derived, const Uuid& base, AbstractLogger* logger);
+    [[nodiscard]] bool addBaseType(const Uuid& derived, const Uuid& base, AbstractLogger* logger);
     // A registered type derives from itself; an unknown one from nothing.
     bool isDerivedFrom(const Uuid& derived, const Uuid& base) const;
 
     // Adds a property to the registered type `Owner`, read by `getter` and written by `setter`. The key
     // is not checked against the type's other properties.
     template <typename Owner, typename Value>
-    bool registerProperty(const char* key, const Value& (Owner::*getter)() const,
+    [[nodiscard]] bool registerProperty(const char* key, const Value& (Owner::*getter)() const,
                           void (Owner::*setter)(const Value&), AbstractLogger* logger);
     // By name, the type's own properties come before those of its bases, and a key matches the first
     // property whose name starts with it. A missing property breaks the contract of getProperty.
@@ -89,7 +89,7 @@ public:
     bool isStaticObject(const Uuid& id) const;
     // Null, with a message, when no creator is registered under the id. The result is the caller's, to
     // be released with destroyStaticObject.
-    StaticObject* createStaticObject(const Uuid& id, AbstractLogger* logger) const;
+    [[nodiscard]] StaticObject* createStaticObject(const Uuid& id, AbstractLogger* logger) const;
     void destroyStaticObject(StaticObject* object) const;
     // Where a host registers the creators of its classes:
     //   typeManager.getCreatorFactory().registerCreator<ForagerCreator>(Forager::getClassTypeId(), logger);

@@ -33,27 +33,27 @@ public:
 
     // The setters report a refused character to `logger` (may be null) and return false. A part setter
     // then leaves the URI as it was; the `set` forms leave it empty.
-    bool set(const char* uri, AbstractLogger* logger);
-    bool set(const char* uri, unsigned int length, AbstractLogger* logger);
-    bool set(const char* scheme, unsigned int schemeLength, const char* path, unsigned int pathLength,
+    [[nodiscard]] bool set(const char* uri, AbstractLogger* logger);
+    [[nodiscard]] bool set(const char* uri, unsigned int length, AbstractLogger* logger);
+    [[nodiscard]] bool set(const char* scheme, unsigned int schemeLength, const char* path, unsigned int pathLength,
              const char* extension, unsigned int extensionLength, const char* query, unsigned int queryLength,
              const char* fragment, unsigned int fragmentLength, AbstractLogger* logger);
-    bool set(const char* scheme, const char* path, const char* extension, const char* query, const char* fragment,
+    [[nodiscard]] bool set(const char* scheme, const char* path, const char* extension, const char* query, const char* fragment,
              AbstractLogger* logger);
 
-    bool setScheme(const char* scheme, AbstractLogger* logger);
-    bool setScheme(const char* scheme, unsigned int length, AbstractLogger* logger);
+    [[nodiscard]] bool setScheme(const char* scheme, AbstractLogger* logger);
+    [[nodiscard]] bool setScheme(const char* scheme, unsigned int length, AbstractLogger* logger);
     // Splits on '/'; empty segments, leading and trailing slashes vanish.
-    bool setPath(const char* path, AbstractLogger* logger);
-    bool setPath(const char* path, unsigned int length, AbstractLogger* logger);
-    bool setPathSegments(const char* const* segments, const unsigned int* lengths, unsigned int count,
+    [[nodiscard]] bool setPath(const char* path, AbstractLogger* logger);
+    [[nodiscard]] bool setPath(const char* path, unsigned int length, AbstractLogger* logger);
+    [[nodiscard]] bool setPathSegments(const char* const* segments, const unsigned int* lengths, unsigned int count,
                          AbstractLogger* logger);
-    bool setExtension(const char* extension, AbstractLogger* logger);
-    bool setExtension(const char* extension, unsigned int length, AbstractLogger* logger);
-    bool setQuery(const char* query, AbstractLogger* logger);
-    bool setQuery(const char* query, unsigned int length, AbstractLogger* logger);
-    bool setFragment(const char* fragment, AbstractLogger* logger);
-    bool setFragment(const char* fragment, unsigned int length, AbstractLogger* logger);
+    [[nodiscard]] bool setExtension(const char* extension, AbstractLogger* logger);
+    [[nodiscard]] bool setExtension(const char* extension, unsigned int length, AbstractLogger* logger);
+    [[nodiscard]] bool setQuery(const char* query, AbstractLogger* logger);
+    [[nodiscard]] bool setQuery(const char* query, unsigned int length, AbstractLogger* logger);
+    [[nodiscard]] bool setFragment(const char* fragment, AbstractLogger* logger);
+    [[nodiscard]] bool setFragment(const char* fragment, unsigned int length, AbstractLogger* logger);
 
     bool empty() const;
     bool hasScheme() const;
@@ -102,7 +102,7 @@ public:
 private:
     class PathPieces;
 
-    bool replacePath(PathPieces& pieces, AbstractLogger* logger);
+    [[nodiscard]] bool replacePath(PathPieces& pieces, AbstractLogger* logger);
     // Whether a text given to a setter lies in this URI's own buffer, which the setter is about to move.
     bool refersToOwnText(const char* text, unsigned int length) const;
     void replaceRange(unsigned int begin, unsigned int oldLength, const char* text, unsigned int length);

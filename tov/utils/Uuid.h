@@ -21,7 +21,7 @@ public:
 
     // Reads the five hexadecimal groups by position. Only the length (36) is checked: the dashes are not
     // looked at and a group that is not hexadecimal keeps what the stream read.
-    bool set(const char* text, AbstractLogger* logger);
+    [[nodiscard]] bool set(const char* text, AbstractLogger* logger);
     // Writes 36 lower-case characters and a terminator into `buffer`, which holds 37 bytes.
     void computeString(char* buffer) const;
 

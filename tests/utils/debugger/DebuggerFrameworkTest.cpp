@@ -13,8 +13,8 @@ using debugger::invalidEntity;
 TEST_F(DebuggerTest, EntitiesComeWithABottomFrameAndAnEventAndGoOnlyWithTheirFramesGone)
 {
     RecordingListener registrations;
-    framework().subscribe<debugger::EntityRegistrationRequest>(registrations);
-    framework().subscribe<debugger::EntityUnregistrationRequest>(registrations);
+    ASSERT_NE(0u, framework().subscribe<debugger::EntityRegistrationRequest>(registrations));
+    ASSERT_NE(0u, framework().subscribe<debugger::EntityUnregistrationRequest>(registrations));
     registerEntities({0, 1, 2});
     registerEntities({1, 2});   // all known: nothing happens
     EXPECT_EQ(3u, debugger().countEntities());

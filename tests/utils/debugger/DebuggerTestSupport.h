@@ -170,7 +170,7 @@ protected:
     {
         InspectionHttpTest::SetUp();
         ASSERT_TRUE(framework().registerEngine(simulation));
-        framework().subscribe<debugger::TargetSuspendRequest>(listener);
+        ASSERT_NE(0u, framework().subscribe<debugger::TargetSuspendRequest>(listener));
     }
 
     void TearDown() override

@@ -185,7 +185,7 @@ TEST_F(InspectionAssertionTest, NullPathsBreakTheContract)
     InspectionFramework& inspector = Facilities::instance().getInspectionFramework();
     PlainEngine nameless(nullptr);
     EXPECT_EQ(nullptr, nameless.getPath());
-    EXPECT_ASSERTION(inspector.registerEngine(nameless), "The given engine returns a NULL path.");
+    EXPECT_ASSERTION(static_cast<void>(inspector.registerEngine(nameless)), "The given engine returns a NULL path.");
     EXPECT_ASSERTION(inspector.unregisterEngine(nullptr), "The given path is NULL.");
     EXPECT_ASSERTION(inspector.enableEngine(nullptr), "The given path is NULL.");
     EXPECT_ASSERTION(inspector.disableEngine(nullptr), "The given path is NULL.");

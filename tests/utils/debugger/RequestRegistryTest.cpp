@@ -125,9 +125,9 @@ TEST_F(RequestRegistryTest, ANullListenerOrFilterBreaksTheContract)
 {
     RequestRegistry registry;
     AbstractEventListener* listeners[] = {&listener, nullptr};
-    EXPECT_ASSERTION(registry.subscribe<TerminationRequest>(listeners, 2, nullptr, 0), "1th given listener is NULL.");
+    EXPECT_ASSERTION(static_cast<void>(registry.subscribe<TerminationRequest>(listeners, 2, nullptr, 0)), "1th given listener is NULL.");
     AbstractEventFilter* filters[] = {nullptr};
-    EXPECT_ASSERTION(registry.subscribe<BreakpointRequest>(listeners, 1, filters, 1), "0th given filter is NULL.");
+    EXPECT_ASSERTION(static_cast<void>(registry.subscribe<BreakpointRequest>(listeners, 1, filters, 1)), "0th given filter is NULL.");
 }
 
 TEST_F(RequestRegistryTest, TheEndOfTheRegistryTellsTerminationSubscribersOnceAndReleasesEverything)

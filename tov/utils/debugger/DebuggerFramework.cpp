@@ -199,7 +199,8 @@ resources::Status DebuggerFramework::retrieveEntitiesResources(const char* path,
     return retrieveEntityResources(entity, path + segment.rest, length - segment.rest, builder);
 }
 
-// The number is taken as the entity's id once it is below the count: ids are expected dense from 0.
+// QUIRK(entity-ids-dense): the number is taken as the entity's id once it is below the count, not
+// looked up in the list: ids are expected dense from 0, as the hosts' rules ask (README, the debugger).
 resources::Status DebuggerFramework::retrieveEntityResources(unsigned int entity, const char* path,
                                                              unsigned int length, AbstractObjectBuilder& builder) const
 {
@@ -307,7 +308,8 @@ resources::Status DebuggerFramework::retrieveEntityContext(unsigned int entity, 
     return resources::Ok;
 }
 
-// The entity is read as it stands, without the lock: it shows the last stop even while running.
+// QUIRK(suspended-entity-stays): the entity is read as it stands, without the lock, so it shows the
+// last stop even while running, whatever a command is doing meanwhile.
 resources::Status DebuggerFramework::retrieveIsSuspended(AbstractObjectBuilder& builder) const
 {
     const bool written = builder.begin() && builder.beginObject() && builder.objectChild("suspended") &&
@@ -338,6 +340,8 @@ resources::Status DebuggerFramework::createSuspendCommand(AbstractObjectBuilder&
         // a client, so null is taken as no entity, as any other value that is no number.
         if (property != 0 && data->getType(property) != type::null && data->isTypeCompatible(property, type::integer)) {
             const long long value = data->getInt(property);
+            // QUIRK(suspend-entity-zero): zero and negative values name no entity, so entity 0 cannot be
+            // suspended alone; {"entity":0} stops every entity, as the README tells clients.
             if (value > 0) {
                 entity = static_cast<unsigned int>(value);
             }

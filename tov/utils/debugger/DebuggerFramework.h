@@ -42,20 +42,20 @@ public:
     const unsigned int* getEntities() const;
     unsigned int countContexts(unsigned int entity) const;
     // The frame at `index` from the bottom, or null with a message to `logger` (which may be null).
-    const AbstractContext* getContext(unsigned int entity, unsigned int index, AbstractLogger* logger) const;
+    [[nodiscard]] const AbstractContext* getContext(unsigned int entity, unsigned int index, AbstractLogger* logger) const;
 
     // Each command arms a condition, first clearing whatever was armed; false when the state refuses it:
     // suspend and suspendEntity need the simulation running, the steps need it suspended.
-    bool suspend();
-    bool suspendEntity(unsigned int entity);
+    [[nodiscard]] bool suspend();
+    [[nodiscard]] bool suspendEntity(unsigned int entity);
     // The entity of the last stop while suspended; invalidEntity while running.
     unsigned int getSuspendedEntity() const;
     // Always resumes; tells whether the simulation was suspended.
     bool resume();
     bool isSuspended() const;
-    bool stepIn();
-    bool stepOut();
-    bool stepOver();
+    [[nodiscard]] bool stepIn();
+    [[nodiscard]] bool stepOut();
+    [[nodiscard]] bool stepOver();
 
     resources::Status retrieveResource(const char* path, unsigned int length, const DynamicObject* query,
                                        AbstractObjectBuilder& builder) const override;

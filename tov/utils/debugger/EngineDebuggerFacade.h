@@ -44,9 +44,9 @@ public:
 
     unsigned int countContexts(unsigned int entity) const;
     // Null, with a message to `logger` (which may be null), for an unknown entity or an empty stack.
-    AbstractContext* topContext(unsigned int entity, AbstractLogger* logger);
+    [[nodiscard]] AbstractContext* topContext(unsigned int entity, AbstractLogger* logger);
     // The frame at `index` from the bottom, or null with a message.
-    AbstractContext* getContext(unsigned int entity, unsigned int index, AbstractLogger* logger);
+    [[nodiscard]] AbstractContext* getContext(unsigned int entity, unsigned int index, AbstractLogger* logger);
     // The entity must be registered. The engine owns the new frame; the call returns only once the
     // entity may run on, so it may block for as long as the debugger keeps the entity stopped.
     void pushContext(AbstractEngine& engine, unsigned int entity, AbstractContextFactory& factory);

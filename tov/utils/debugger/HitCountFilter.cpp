@@ -25,6 +25,8 @@ void HitCountFilter::accept(AbstractEventFilterVisitor& visitor) const
 
 bool HitCountFilter::operator()() const
 {
+    // QUIRK(hit-count-all-entities): the passes of every entity count together, and every pass from the
+    // count on matches in atLeast mode; clients remove a breakpoint once it stopped what they wanted.
     const int passes = hits.load(std::memory_order_relaxed);
     switch (mode) {
     case atLeast:

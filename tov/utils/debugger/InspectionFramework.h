@@ -46,7 +46,7 @@ public:
 
     // The engine is not owned: it must stay alive until unregistered. False, with an error to the
     // facilities' logger, when its path cannot be hashed or another engine has that path.
-    bool registerEngine(AbstractEngine& engine);
+    [[nodiscard]] bool registerEngine(AbstractEngine& engine);
     // Disables the engine, then forgets it. An unknown path is a warning.
     void unregisterEngine(const char* path);
     void enableEngine(const char* path);
@@ -61,14 +61,14 @@ public:
 
     // Serves the engines over HTTP on every interface of the machine. A host that keeps the inspector
     // to itself prefers the form with an address.
-    bool startHttp(unsigned int port);
+    [[nodiscard]] bool startHttp(unsigned int port);
     // Listens on one IPv4 address only, "127.0.0.1" for loopback; an address the server cannot listen
     // on fails the start. Answers as the form above does.
-    bool startHttp(const char* address, unsigned int port);
+    [[nodiscard]] bool startHttp(const char* address, unsigned int port);
     // The configured form, for a server left running beside a browser: loopback and a free port by
     // default, several connection threads, pages of other sites and foreign host names refused, an
     // optional token, and every refusal answered with {"error": "..."}. See HttpSettings.
-    bool startHttp(const HttpSettings& settings);
+    [[nodiscard]] bool startHttp(const HttpSettings& settings);
     // Waits until the request in progress is answered; must not be called from inside an engine.
     void shutdownHttp();
     bool isHttpStarted() const;
@@ -89,7 +89,7 @@ public:
     // given filters, which the subscription owns from here on. Returns the handle, never 0 for a request
     // class once the library is initialized. The framework itself listens to every subscription too.
     template <typename Request>
-    unsigned int subscribe(AbstractEventListener& listener, AbstractEventFilter* const* filters = nullptr,
+    [[nodiscard]] unsigned int subscribe(AbstractEventListener& listener, AbstractEventFilter* const* filters = nullptr,
                            unsigned int filterCount = 0);
     // False for a handle that is not subscribed.
     bool unsubscribe(unsigned int handle);

@@ -41,6 +41,8 @@ bool LocationBreakpointVisitor::fire(EngineDebuggerFacade& facade, unsigned int 
 {
     LocationBreakpointVisitor visitor(entity, location);
     facade.accept(visitor);
+    // QUIRK(breakpoint-without-suspension-event): a hit stops the thread at once, without telling the
+    // suspension subscribers (the breakpoint event was the news); a step's stop tells them.
     if (visitor.isHit()) {
         Facilities::instance().getInspectionFramework().getDebugger().getExecutionController().suspend();
     }

@@ -36,7 +36,9 @@ private:
     // The registry tells where its list changed, with its lock held. Both steps back to that index, and
     // both forget the handle that equals the index: since a handle is always above its request's index,
     // that handle belongs to a request in front of the change, which a later step back reaches and
-    // offers once more. Listeners tolerate the repeat; it is kept so.
+    // offers once more.
+    // QUIRK(walk-offers-again): listeners tolerate the repeat, and the positions that
+    // the registry's own walk relies on stay as they are.
     void onRequestAdded(unsigned int index);
     void onRequestRemove(unsigned int index);
     void stepBack(unsigned int index);

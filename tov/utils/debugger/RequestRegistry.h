@@ -37,7 +37,7 @@ public:
     // AbstractEventRequest with the type manager of the Facilities. An InitializationRequest tells its
     // listeners at once, before this returns.
     template <typename Request>
-    unsigned int subscribe(AbstractEventListener* const* listeners, unsigned int listenerCount,
+    [[nodiscard]] unsigned int subscribe(AbstractEventListener* const* listeners, unsigned int listenerCount,
                            AbstractEventFilter* const* filters, unsigned int filterCount);
     // Destroys the request with its filters; false for an unknown handle (0 among them). A request that
     // a firing is visiting at that moment is destroyed once that firing has left it.
@@ -49,7 +49,7 @@ public:
     void accept(AbstractEventRequestVisitor& visitor);
 
     // A walk over the requests, to be given back to destroyIterator.
-    RequestIterator* createIterator();
+    [[nodiscard]] RequestIterator* createIterator();
     // Only for a pointer that createIterator returned; an unknown one is ignored.
     void destroyIterator(RequestIterator* iterator);
 

@@ -18,34 +18,34 @@ namespace details {
 // Always true. The type manager and the logger serve values with properties of their own; the scalar
 // types and DynamicObject below need neither.
 template <typename T>
-bool putInspectableObjectHelper(DynamicObject& object, unsigned int property, const T& value,
+[[nodiscard]] bool putInspectableObjectHelper(DynamicObject& object, unsigned int property, const T& value,
                                 const TypeManager& typeManager, AbstractLogger* logger);
 
 template <>
-bool putInspectableObjectHelper<int>(DynamicObject& object, unsigned int property, const int& value,
+[[nodiscard]] bool putInspectableObjectHelper<int>(DynamicObject& object, unsigned int property, const int& value,
                                                    const TypeManager& typeManager, AbstractLogger* logger);
 template <>
-bool putInspectableObjectHelper<long long>(DynamicObject& object, unsigned int property,
+[[nodiscard]] bool putInspectableObjectHelper<long long>(DynamicObject& object, unsigned int property,
                                                          const long long& value, const TypeManager& typeManager,
                                                          AbstractLogger* logger);
 template <>
-bool putInspectableObjectHelper<bool>(DynamicObject& object, unsigned int property, const bool& value,
+[[nodiscard]] bool putInspectableObjectHelper<bool>(DynamicObject& object, unsigned int property, const bool& value,
                                                     const TypeManager& typeManager, AbstractLogger* logger);
 template <>
-bool putInspectableObjectHelper<float>(DynamicObject& object, unsigned int property,
+[[nodiscard]] bool putInspectableObjectHelper<float>(DynamicObject& object, unsigned int property,
                                                      const float& value, const TypeManager& typeManager,
                                                      AbstractLogger* logger);
 template <>
-bool putInspectableObjectHelper<double>(DynamicObject& object, unsigned int property,
+[[nodiscard]] bool putInspectableObjectHelper<double>(DynamicObject& object, unsigned int property,
                                                       const double& value, const TypeManager& typeManager,
                                                       AbstractLogger* logger);
 template <>
-bool putInspectableObjectHelper<String>(DynamicObject& object, unsigned int property,
+[[nodiscard]] bool putInspectableObjectHelper<String>(DynamicObject& object, unsigned int property,
                                                       const String& value, const TypeManager& typeManager,
                                                       AbstractLogger* logger);
 // Copies `value` as a subtree, merged into what the property holds.
 template <>
-bool putInspectableObjectHelper<DynamicObject>(DynamicObject& object, unsigned int property,
+[[nodiscard]] bool putInspectableObjectHelper<DynamicObject>(DynamicObject& object, unsigned int property,
                                                              const DynamicObject& value,
                                                              const TypeManager& typeManager,
                                                              AbstractLogger* logger);

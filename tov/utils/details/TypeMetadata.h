@@ -32,7 +32,7 @@ public:
     type::Type getType() const;
 
     // Refuses a base that derives from this type (a cycle); a base reached already is not added again.
-    bool addBaseType(const TypeMetadata& base, AbstractLogger* logger);
+    [[nodiscard]] bool addBaseType(const TypeMetadata& base, AbstractLogger* logger);
     // Only a direct base is removed; the order of the others stays.
     void removeBaseType(const TypeMetadata& base);
     // Depth first through the bases; a type derives from itself.

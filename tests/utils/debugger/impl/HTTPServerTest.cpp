@@ -212,9 +212,10 @@ TEST_F(InspectionHttpTest, SuccessAnswers500WhileTheLoggerHoldsAnErrorAndTracesE
 TEST_F(InspectionTest, StartsOnceAndFailsOnATakenPortKeepingThatPort)
 {
     unsigned int port = 0;
-    for (int attempt = 0; attempt < 5 && !framework().isHttpStarted(); ++attempt) {
+    bool started = false;
+    for (int attempt = 0; attempt < 5 && !started; ++attempt) {
         log.clear();
-        framework().startHttp("127.0.0.1", port = tov::testing::findFreePort());
+        started = framework().startHttp("127.0.0.1", port = tov::testing::findFreePort());
     }
     ASSERT_TRUE(framework().isHttpStarted());
     EXPECT_FALSE(framework().startHttp("127.0.0.1", port + 1));
@@ -254,8 +255,9 @@ TEST_F(InspectionTest, StopAndStartCyclesServeEachTimeAndTerminateStopsTheLast)
     unsigned int port = 0;
     for (int cycle = 0; cycle < 4; ++cycle) {
         framework().shutdownHttp();
-        for (int attempt = 0; attempt < 5 && !framework().isHttpStarted(); ++attempt) {
-            framework().startHttp("127.0.0.1", port = tov::testing::findFreePort());
+        bool started = false;
+        for (int attempt = 0; attempt < 5 && !started; ++attempt) {
+            started = framework().startHttp("127.0.0.1", port = tov::testing::findFreePort());
         }
         ASSERT_TRUE(framework().isHttpStarted());
         const std::vector<HttpReply> answer =

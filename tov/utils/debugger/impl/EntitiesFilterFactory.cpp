@@ -20,9 +20,11 @@ AbstractEventFilter* EntitiesFilterFactory::operator()(const DynamicObject& obje
     entities.reserve(count);
     for (unsigned int index = 0; index < count; ++index) {
         if (object.getType(object.getChild(property, index)) == type::integer) {
-            // The value is read from the array itself, not from the element, and this is kept. That
-            // read is an assertion, which would let a client end the host with any array holding a
-            // number; the value it gives when the assertion returns, 0, is appended without it.
+            // QUIRK(entities-filter-reads-zero): the value is read from the array itself, not from the
+            // element, so every number reads 0 and the filter selects entity 0 only. That read is an
+            // assertion, which would let a client end the host with any array holding a number; the
+            // value it gives when the assertion returns, 0, is appended without it. Clients (tov-inspect
+            // break) are written for it.
             entities.push_back(0);
         }
     }

@@ -80,14 +80,15 @@ void EventFramework::setDebuggerFacade(EngineDebuggerFacade& facade)
     this->facade = &facade;
     EngineDebuggerFacade::FilterCreators& creators = facade.getEventRequestFilterCreator();
     AbstractLogger* logger = &facade.getLogger();
+    // The names are freed first, so that neither step can fail; a failure would still reach `logger`.
     for (const char* name : filterNames) {
         if (creators.isRegistered(name)) {
-            creators.unregisterCreator(name, logger);
+            static_cast<void>(creators.unregisterCreator(name, logger));
         }
     }
-    creators.registerCreator<LocationFilterFactory>(filterNames[0], logger);
-    creators.registerCreator<EntitiesFilterFactory>(filterNames[1], logger);
-    creators.registerCreator<HitCountFilterFactory>(filterNames[2], logger);
+    static_cast<void>(creators.registerCreator<LocationFilterFactory>(filterNames[0], logger));
+    static_cast<void>(creators.registerCreator<EntitiesFilterFactory>(filterNames[1], logger));
+    static_cast<void>(creators.registerCreator<HitCountFilterFactory>(filterNames[2], logger));
 }
 
 resources::Status EventFramework::retrieveResource(const char* path, unsigned int length, const DynamicObject*,
@@ -106,7 +107,7 @@ resources::Status EventFramework::retrieveResource(const char* path, unsigned in
     return retrieveEvent(segment, builder);
 }
 
-// Any path of one segment subscribes. The remainder behind the segment's first character is compared
+// QUIRK(events-any-segment-subscribes): any path of one segment subscribes. The remainder behind the segment's first character is compared
 // with "subscriptions" over the length of the path less the segment and one; a path with nothing behind
 // the segment would have that count reach below zero and the comparison read behind the path, so it is
 // no match instead.
@@ -154,6 +155,8 @@ resources::Status EventFramework::deleteResource(const char* path, unsigned int 
         return resources::NotFound;
     }
     resources::Status status = resources::Ok;
+    // QUIRK(events-queue-until-deleted): events are dropped only here, by a client; a host that nobody
+    // reads keeps them, so that a client that comes back late misses nothing.
     if (segment.length == 0) {
         ScopedMutex guard(queueLock);
         events.clear();

@@ -75,7 +75,7 @@ private:
     resources::Status retrieveEvent(const PathSegment& segment, AbstractObjectBuilder& builder) const;
     resources::Status deleteEvent(const PathSegment& segment);
     // False, with nothing subscribed, when `type` names no kind of event.
-    bool subscribe(const char* type, const DynamicObject& query, unsigned int& handle);
+    [[nodiscard]] bool subscribe(const char* type, const DynamicObject& query, unsigned int& handle);
     unsigned int subscribeBreakpoint(const DynamicObject& query);
 
     InspectionFramework& framework;

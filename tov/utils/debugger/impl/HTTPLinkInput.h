@@ -21,11 +21,11 @@ public:
     ~HTTPLinkInput() = default;
 
     bool isWritable() const override;
-    bool write(const char* buffer, unsigned int size, AbstractLogger* logger) override;
+    [[nodiscard]] bool write(const char* buffer, unsigned int size, AbstractLogger* logger) override;
     bool isReadable() const override;
     // False at the end of the body (nothing read), and with an error when the link fails or the body
     // grows past the maximum size.
-    bool read(char* buffer, unsigned int& size, AbstractLogger* logger) override;
+    [[nodiscard]] bool read(char* buffer, unsigned int& size, AbstractLogger* logger) override;
 
 private:
     HTTPConnection& connection;

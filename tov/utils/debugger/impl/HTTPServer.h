@@ -44,12 +44,12 @@ public:
     HTTPServer& operator=(const HTTPServer&) = delete;
 
     // Listens on every interface.
-    bool start(unsigned int port);
+    [[nodiscard]] bool start(unsigned int port);
     // Listens on one address only (a null one stands for every interface); an address that is not one
     // address, or a port above 65535, fails the start. On port 0 getPort gives the port bound.
-    bool start(const char* address, unsigned int port);
+    [[nodiscard]] bool start(const char* address, unsigned int port);
     // The configured form.
-    bool start(const HttpSettings& settings);
+    [[nodiscard]] bool start(const HttpSettings& settings);
     bool isStarted() const;
     // The port of the last start, failed ones included; 8000 before any.
     unsigned int getPort() const;

@@ -15,6 +15,7 @@
 #include <tov/utils/debugger/impl/HTTPConnection.h>
 #include <tov/utils/debugger/impl/HTTPLinkInput.h>
 #include <tov/utils/debugger/impl/JsonHttpReply.h>
+#include <tov/utils/debugger/impl/PathSegment.h>
 #include <tov/utils/debugger/impl/WarningLogger.h>
 
 #include <cstring>
@@ -47,15 +48,12 @@ Method classifyMethod(const char* method)
 
 // The JSON reader's time grows with the square of a token that spans its 256-byte pieces (a 1 MiB
 // number takes seconds), and the server has one worker: bodies beyond this size are refused.
+// QUIRK(exact-form-open): the exact form (startHttp with a port, or an address) runs one worker, reads
+// a body up to this size and checks nobody who asks: hosts and clients of that form rely on it as it is,
+// and the configured form (HttpSettings) is where those checks live.
 const HTTPServer::RequestForm exactForm = {false, nullptr, 256 * 1024};
 
 const char optionsReply[] = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\nAllow: GET,OPTIONS,POST,DELETE\r\n\r\n";
-
-// Compared over the segment's length only, so that any prefix of a name (the empty one too) selects it.
-bool isSegmentPrefixOf(const char* segment, unsigned int length, const char* name)
-{
-    return std::strncmp(name, segment, length) == 0;
-}
 
 // The configured form lists the engines at "engines", named in full: a prefix could be another
 // engine's ("e" of "events").
@@ -128,16 +126,15 @@ void RequestContext::handle()
         // own reply behind this one.
         connection.write(optionsReply, sizeof(optionsReply) - 1);
     }
-    unsigned int offset = 0;
-    unsigned int length = 0;
-    if (!Uri::retrieveFirstPathSegment(path, pathLength, offset, length)) {
+    PathSegment segment;
+    if (!segment.take(path, pathLength)) {
         refuse(JsonHttpReply::BadRequest, "HTTP request: '" + String(path) + "' is not a valid path.");
         return;
     }
     const unsigned int missingStatus =
         method == Method::Get || form.explainRefusals ? JsonHttpReply::NotFound : JsonHttpReply::NoContent;
-    const char* segment = path + offset;
-    if (!isSegmentPrefixOf(segment, length, "api") && !isSegmentPrefixOf(segment, length, getVersionTOV_UTILS())) {
+    // Any prefix of "api" or of the version (the empty one too) selects the interface.
+    if (!segment.selects("api") && !segment.selects(getVersionTOV_UTILS())) {
         refuse(missingStatus, "HTTP request: '" + String(path) + "' is not a supported path.");
         return;
     }
@@ -146,7 +143,7 @@ void RequestContext::handle()
         refuse(missingStatus, "HTTP request: '" + String(query) + "' is not a valid query.");
         return;
     }
-    handleResourceRequest(method, segment + length, pathLength - (offset + length));
+    handleResourceRequest(method, path + segment.rest, pathLength - segment.rest);
 }
 
 void RequestContext::handleResourceRequest(Method method, const char* rest, unsigned int restLength)
@@ -171,10 +168,8 @@ void RequestContext::handleResourceRequest(Method method, const char* rest, unsi
         if (!readBody()) {
             return;
         }
-        unsigned int offset = 0;
-        unsigned int length = 0;
-        if (Uri::retrieveFirstPathSegment(rest, restLength, offset, length) &&
-            isSegmentPrefixOf(rest + offset, length, "engines")) {
+        PathSegment segment;
+        if (segment.take(rest, restLength) && segment.selects("engines")) {
             controlEngines();
             return;
         }
@@ -240,8 +235,9 @@ void RequestContext::controlEngines()
     builder.endObject();
     builder.end();
     reply.sendStatus(JsonHttpReply::Ok);
-    // Kept in the exact form: a second head and the body again follow the first reply; clients act on
-    // the first head and on "Connection: close".
+    // QUIRK(engines-post-answers-twice): in the exact form a second head and the body again follow the
+    // first reply; kept for the clients of that form, which act on the first head and on "Connection:
+    // close".
     if (!form.explainRefusals) {
         reply.sendStatus(JsonHttpReply::NoContent);
     }
@@ -258,7 +254,9 @@ void RequestContext::answer(resources::Status status, const Operation& operation
     switch (status) {
     case resources::Ok:
         if (logger->hasErrors() && !form.explainRefusals) {
-            // The logger's mark stays until the host resets it: every later success answers 500 too.
+            // QUIRK(exact-form-500-after-error): the logger's mark stays until the host resets it, so
+            // every later success answers 500 too; kept for the exact form's clients, while the
+            // configured form below blames a request only for its own errors.
             reply.sendStatus(JsonHttpReply::InternalServerError);
         } else if (logger->hasErrors() && !errorsBefore) {
             // The configured form blames a request only for the errors logged while it ran.

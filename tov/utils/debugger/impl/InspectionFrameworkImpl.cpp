@@ -1,3 +1,5 @@
+// InspectionFrameworkImpl: the engine table and the routing of resource requests to it. The entities,
+// their stacks of contexts and the conditions that stop them are in InspectionFrameworkImplEntities.cpp.
 #include <tov/utils/debugger/impl/InspectionFrameworkImpl.h>
 
 #include <tov/utils/AbstractObjectBuilder.h>
@@ -5,19 +7,9 @@
 #include <tov/utils/Facilities.h>
 #include <tov/utils/ScopedMutex.h>
 #include <tov/utils/StringTable.h>
-#include <tov/utils/Uri.h>
 #include <tov/utils/debugger/AbstractContext.h>
-#include <tov/utils/debugger/AbstractContextFactory.h>
 #include <tov/utils/debugger/AbstractEngine.h>
-#include <tov/utils/debugger/EntityRegistrationRequest.h>
-#include <tov/utils/debugger/EntityRegistrationRequestVisitor.h>
-#include <tov/utils/debugger/EntityUnregistrationRequest.h>
-#include <tov/utils/debugger/EntityUnregistrationRequestVisitor.h>
-#include <tov/utils/debugger/ExecutionController.h>
-#include <tov/utils/debugger/TargetSuspendRequest.h>
-#include <tov/utils/debugger/TargetSuspendRequestVisitor.h>
-#include <tov/utils/debugger/impl/MainContext.h>
-#include <tov/utils/debugger/impl/MainContextFactory.h>
+#include <tov/utils/debugger/impl/PathSegment.h>
 
 #include <algorithm>
 #include <cstring>
@@ -26,41 +18,6 @@ namespace tov {
 namespace utils {
 namespace debugger {
 namespace impl {
-
-namespace {
-
-class RegistrationNotifier : public EntityRegistrationRequestVisitor {
-public:
-    using EntityRegistrationRequestVisitor::EntityRegistrationRequestVisitor;
-    using EntityRegistrationRequestVisitor::visit;
-    void visit(EntityRegistrationRequest& request) override { request.notify(getEntity()); }
-};
-
-class UnregistrationNotifier : public EntityUnregistrationRequestVisitor {
-public:
-    using EntityUnregistrationRequestVisitor::EntityUnregistrationRequestVisitor;
-    using EntityUnregistrationRequestVisitor::visit;
-    void visit(EntityUnregistrationRequest& request) override { request.notify(getEntity()); }
-};
-
-class SuspensionNotifier : public TargetSuspendRequestVisitor {
-public:
-    using TargetSuspendRequestVisitor::TargetSuspendRequestVisitor;
-    using TargetSuspendRequestVisitor::visit;
-    void visit(TargetSuspendRequest& request) override { request.notify(getEntity()); }
-};
-
-bool isMainContext(const AbstractContext* context)
-{
-    return context != nullptr && context->getTypeId() == MainContext::getClassTypeId();
-}
-
-bool holds(const Deque<AbstractContext*>& contexts, const AbstractContext* context)
-{
-    return std::find(contexts.begin(), contexts.end(), context) != contexts.end();
-}
-
-} // namespace
 
 InspectionFrameworkImpl::InspectionFrameworkImpl(Facilities& facilities, ExecutionController& controller)
     : facilities(&facilities),
@@ -81,7 +38,7 @@ InspectionFrameworkImpl::InspectionFrameworkImpl(Facilities& facilities, Executi
 // frames above belong to their engines.
 InspectionFrameworkImpl::~InspectionFrameworkImpl()
 {
-    for (auto& entry : entityContexts) {
+    for (auto& entry : entities.getStacks()) {
         if (!entry.second.empty()) {
             TOV_DELETE(entry.second.front());
         }
@@ -217,8 +174,8 @@ bool InspectionFrameworkImpl::describeEngines(AbstractObjectBuilder& builder) co
     return written && builder.endArray() && builder.end();
 }
 
-// Segments are compared over the shorter of the two lengths, so a request segment that is a prefix of
-// the engine's (or the reverse, or an empty one) matches: clients rely on short forms such as "deb".
+// An engine's path matches a request segment by segment, each pair over the shorter of the two (see
+// PathSegment::sharesPrefix): clients rely on short forms such as "deb".
 AbstractEngine* InspectionFrameworkImpl::route(const char* path, unsigned int length, unsigned int& offset) const
 {
     for (const HashTable<AbstractEngine*>::Entry& entry : engines) {
@@ -227,30 +184,23 @@ AbstractEngine* InspectionFrameworkImpl::route(const char* path, unsigned int le
         unsigned int engineOffset = 0;
         unsigned int requestOffset = 0;
         for (;;) {
-            unsigned int engineStart = 0;
-            unsigned int engineSegment = 0;
-            if (!Uri::retrieveFirstPathSegment(enginePath + engineOffset, engineLength - engineOffset, engineStart,
-                                               engineSegment)) {
+            PathSegment engineSegment;
+            if (!engineSegment.take(enginePath + engineOffset, engineLength - engineOffset)) {
                 break;
             }
-            if (engineSegment == 0) {
+            if (engineSegment.length == 0) {
                 offset = requestOffset;
                 return entry.value;
             }
-            unsigned int requestStart = 0;
-            unsigned int requestSegment = 0;
-            if (!Uri::retrieveFirstPathSegment(path + requestOffset, length - requestOffset, requestStart,
-                                               requestSegment)) {
+            PathSegment requestSegment;
+            if (!requestSegment.take(path + requestOffset, length - requestOffset) ||
+                !engineSegment.sharesPrefix(requestSegment)) {
                 break;
             }
-            if (std::strncmp(enginePath + engineOffset + engineStart, path + requestOffset + requestStart,
-                             std::min(engineSegment, requestSegment)) != 0) {
-                break;
-            }
-            // The starts are relative to the running offsets, so they are added. Taking them as absolute
-            // would move an engine path of two segments back and forth between its segments for ever.
-            requestOffset += requestStart + requestSegment;
-            engineOffset += engineStart + engineSegment;
+            // Each `rest` counts from the running offset, so it is added. Taken as absolute, it would move
+            // an engine path of two segments back and forth between its segments for ever.
+            requestOffset += requestSegment.rest;
+            engineOffset += engineSegment.rest;
         }
     }
     return nullptr;
@@ -299,6 +249,9 @@ void InspectionFrameworkImpl::onInitialization(unsigned int) {}
 void InspectionFrameworkImpl::onTermination(unsigned int) {}
 
 // The store takes no lock: it runs on the stopping thread while a command may hold the state lock.
+// QUIRK(steps-need-suspension-listener): the stopped entity is learnt only here, from a subscription
+// the framework listens to; with no TargetSuspendRequest subscribed, a stop reached by suspend leaves
+// the steps acting as resume. Hosts subscribe one listener, as tov-demo does.
 void InspectionFrameworkImpl::onSuspension(unsigned int, unsigned int entity)
 {
     suspendedEntity.store(entity, std::memory_order_relaxed);
@@ -338,387 +291,6 @@ const DebuggerFramework& InspectionFrameworkImpl::getDebugger() const
 ExecutionController& InspectionFrameworkImpl::getExecutionController() const
 {
     return *controller;
-}
-
-unsigned long long InspectionFrameworkImpl::computeEngineKey(const AbstractEngine& engine) const
-{
-    const char* path = engine.getPath();
-    if (path == nullptr) {
-        path = "";
-    }
-    return StringTable::computeHash(path, static_cast<unsigned int>(std::strlen(path)),
-                                    facilities->getStringTable().getSeed());
-}
-
-InspectionFrameworkImpl::Stack* InspectionFrameworkImpl::findStack(unsigned int entity) const
-{
-    const EntityIndex::const_iterator slot = entityIndex.find(entity);
-    return slot != entityIndex.end() ? slot->second.stack : nullptr;
-}
-
-void InspectionFrameworkImpl::appendEntity(unsigned int entity)
-{
-    entities.push_back(entity);
-    ++entityIndex[entity].registrations;
-}
-
-void InspectionFrameworkImpl::removeEntity(unsigned int entity)
-{
-    entities.erase(std::remove(entities.begin(), entities.end(), entity), entities.end());
-    entityIndex[entity].registrations = 0;
-}
-
-bool InspectionFrameworkImpl::isEntityRegistered(unsigned int entity) const
-{
-    ScopedMutex state(stateLock);
-    return isRegisteredLocked(entity);
-}
-
-bool InspectionFrameworkImpl::isRegisteredLocked(unsigned int entity) const
-{
-    const EntityIndex::const_iterator slot = entityIndex.find(entity);
-    return slot != entityIndex.end() && slot->second.registrations != 0;
-}
-
-bool InspectionFrameworkImpl::areEntitiesRegistered(const unsigned int* ids, unsigned int count) const
-{
-    ScopedMutex state(stateLock);
-    for (unsigned int i = 0; i < count; ++i) {
-        if (!isRegisteredLocked(ids[i])) {
-            return false;
-        }
-    }
-    return true;
-}
-
-// A batch with one new id is appended whole, known ids included, and each gets a bottom frame: hosts
-// register each entity once.
-void InspectionFrameworkImpl::onEntitiesRegistration(AbstractEngine& engine, const unsigned int* ids,
-                                                     unsigned int count)
-{
-    ScopedMutex state(stateLock);
-    if (areEntitiesRegistered(ids, count)) {
-        return;
-    }
-    entities.reserve(entities.size() + count);
-    for (unsigned int i = 0; i < count; ++i) {
-        appendEntity(ids[i]);
-    }
-    MainContextFactory factory;
-    for (unsigned int i = 0; i < count; ++i) {
-        // The bottom frame never stops its thread: a registration holds the state lock across its
-        // pushes, and a thread stopped here would hold it while suspended, so that no client could be
-        // answered, nor resume it. The same holds for the pop of an unregistration.
-        pushFrame(engine, ids[i], factory);
-        RegistrationNotifier notifier(ids[i]);
-        requests.accept(notifier);
-    }
-}
-
-void InspectionFrameworkImpl::onEntitiesUnregistration(AbstractEngine& engine, const unsigned int* ids,
-                                                       unsigned int count)
-{
-    ScopedMutex state(stateLock);
-    for (unsigned int i = 0; i < count; ++i) {
-        const unsigned int id = ids[i];
-        if (!isRegisteredLocked(id)) {
-            continue;
-        }
-        Stack* stack = findStack(id);
-        TOV_ASSERT(stack != nullptr, "There is no context for entity #" << id << ".");
-        TOV_ASSERT(stack == nullptr || !stack->empty(), "There is a mismatch number of push/pop contexts.");
-        const bool framesLeft = stack != nullptr && std::any_of(stack->begin() + std::min<std::size_t>(stack->size(), 1),
-                                                                 stack->end(), [](const AbstractContext* context) {
-                                                                     return context != nullptr;
-                                                                 });
-        TOV_ASSERT(!framesLeft, "Not all contexts have been removed.");
-        // Past a failed check the bottom frame is not the framework's to destroy: the entity stays.
-        if (stack == nullptr || stack->empty() || framesLeft) {
-            continue;
-        }
-        bool armed = false;
-        AbstractContext* popped = popFrame(engine, id, armed);
-        for (auto& entry : engineContexts) {
-            const Stack::iterator found = std::find(entry.second.begin(), entry.second.end(), popped);
-            if (found != entry.second.end()) {
-                entry.second.erase(found);
-                break;
-            }
-        }
-        TOV_DELETE(popped);
-        stack->clear();
-        removeEntity(id);
-        UnregistrationNotifier notifier(id);
-        requests.accept(notifier);
-    }
-}
-
-unsigned int InspectionFrameworkImpl::countEntities() const
-{
-    ScopedMutex state(stateLock);
-    return static_cast<unsigned int>(entities.size());
-}
-
-const unsigned int* InspectionFrameworkImpl::getEntities() const
-{
-    ScopedMutex state(stateLock);
-    return entities.data();
-}
-
-unsigned int InspectionFrameworkImpl::countContexts(unsigned int entity) const
-{
-    ScopedMutex state(stateLock);
-    const Stack* stack = findStack(entity);
-    return stack != nullptr ? static_cast<unsigned int>(stack->size()) : 0;
-}
-
-const InspectionFrameworkImpl::Stack* InspectionFrameworkImpl::findReportedStack(unsigned int entity,
-                                                                                AbstractLogger* logger) const
-{
-    if (!isRegisteredLocked(entity)) {
-        TOV_LOG_ERROR(logger, error::invalidArgument, "Entity '" << entity << "' is not registered on the debugger.");
-        return nullptr;
-    }
-    const Stack* stack = findStack(entity);
-    if (stack == nullptr) {
-        TOV_LOG_ERROR(logger, error::invalidOperation, "There is no context for entity '" << entity << "'.");
-    }
-    return stack;
-}
-
-AbstractContext* InspectionFrameworkImpl::topContext(unsigned int entity, AbstractLogger* logger) const
-{
-    ScopedMutex state(stateLock);
-    const Stack* stack = findReportedStack(entity, logger);
-    // A stack emptied by cleanRelatedContexts has no top.
-    return stack == nullptr || stack->empty() ? nullptr : stack->back();
-}
-
-AbstractContext* InspectionFrameworkImpl::getContext(unsigned int entity, unsigned int index,
-                                                     AbstractLogger* logger) const
-{
-    ScopedMutex state(stateLock);
-    const Stack* stack = findReportedStack(entity, logger);
-    if (stack == nullptr) {
-        return nullptr;
-    }
-    if (index >= stack->size()) {
-        TOV_LOG_ERROR(logger, error::invalidOperation, "Index '" << index << "' is out of bound.");
-        return nullptr;
-    }
-    return (*stack)[index];
-}
-
-// The armed conditions are tested in the same hold of the lock as the push; the thread stops, if it must,
-// only after letting the lock go.
-void InspectionFrameworkImpl::pushContext(AbstractEngine& engine, unsigned int entity, AbstractContextFactory& factory)
-{
-    if (pushFrame(engine, entity, factory)) {
-        stopHere(entity);
-    }
-}
-
-bool InspectionFrameworkImpl::pushFrame(AbstractEngine& engine, unsigned int entity, AbstractContextFactory& factory)
-{
-    const unsigned long long key = computeEngineKey(engine);
-    bool stop = false;
-    {
-        ScopedMutex state(stateLock);
-        EntitySlot& slot = entityIndex[entity];
-        TOV_ASSERT(slot.registrations != 0, "Entity '" << entity << "' is not registered on the debugger.");
-        AbstractContext* context = factory.create();
-        if (slot.stack == nullptr) {
-            slot.stack = &entityContexts[entity];
-        }
-        slot.stack->push_back(context);
-        engineContexts[key].push_back(context);
-        stop = !isInvalidated(key) && isArmedFor(entity, context);
-    }
-    return stop;
-}
-
-AbstractContext* InspectionFrameworkImpl::popContext(AbstractEngine& engine, unsigned int entity)
-{
-    bool stop = false;
-    AbstractContext* popped = popFrame(engine, entity, stop);
-    if (stop) {
-        stopHere(entity);
-    }
-    return popped;
-}
-
-AbstractContext* InspectionFrameworkImpl::popFrame(AbstractEngine& engine, unsigned int entity, bool& stop)
-{
-    const unsigned long long key = computeEngineKey(engine);
-    AbstractContext* popped = nullptr;
-    {
-        ScopedMutex state(stateLock);
-        const EntityIndex::const_iterator slot = entityIndex.find(entity);
-        TOV_ASSERT(slot != entityIndex.end() && slot->second.registrations != 0,
-                   "Entity '" << entity << "' is not registered on the debugger.");
-        // The engine's newest frame, whichever entity it belongs to: cleaning searches by value.
-        const auto pushed = engineContexts.find(key);
-        if (pushed != engineContexts.end() && !pushed->second.empty()) {
-            pushed->second.pop_back();
-        }
-        Stack* stack = slot != entityIndex.end() ? slot->second.stack : nullptr;
-        TOV_ASSERT(stack != nullptr && !stack->empty(),
-                   "Cannot pop context on a empty stack frames for entity '" << entity << "'.");
-        // An empty stack has nothing to give, whatever the assertion function decided.
-        if (stack == nullptr || stack->empty()) {
-            return nullptr;
-        }
-        popped = stack->back();
-        stack->pop_back();
-        AbstractContext* top = stack->empty() ? nullptr : stack->back();
-        // Stepping over a frame that returns goes on in its caller.
-        if (popped != nullptr && popped == stepOverContext) {
-            stepOverContext = top;
-        }
-        stop = !isInvalidated(key) && isArmedFor(entity, top);
-    }
-    return popped;
-}
-
-// Takes the state lock although the engine calls it while none of its threads pushes: other engines'
-// threads may push on the same stacks meanwhile.
-void InspectionFrameworkImpl::invalidateContexts(const AbstractEngine& engine)
-{
-    ScopedMutex state(stateLock);
-    const unsigned long long key = computeEngineKey(engine);
-    invalidatedEngines.insert(key);
-    const auto pushed = engineContexts.find(key);
-    if (pushed == engineContexts.end()) {
-        return;
-    }
-    for (AbstractContext* context : pushed->second) {
-        if (context != nullptr) {
-            context->invalidate();
-        }
-    }
-}
-
-Vector<AbstractContext*> InspectionFrameworkImpl::cleanRelatedContexts(const AbstractEngine& engine)
-{
-    ScopedMutex state(stateLock);
-    const unsigned long long key = computeEngineKey(engine);
-    invalidatedEngines.erase(key);
-    Vector<AbstractContext*> removed;
-    const auto pushed = engineContexts.find(key);
-    if (pushed == engineContexts.end() || pushed->second.empty()) {
-        return removed;
-    }
-    for (auto& entry : entityContexts) {
-        Stack& stack = entry.second;
-        const std::size_t first = !stack.empty() && isMainContext(stack.front()) ? 1 : 0;
-        for (std::size_t i = first; i < stack.size(); ++i) {
-            if (holds(pushed->second, stack[i])) {
-                removed.push_back(stack[i]);
-                stack[i] = nullptr;
-            }
-        }
-        stack.erase(std::remove(stack.begin(), stack.end(), nullptr), stack.end());
-    }
-    pushed->second.resize(isMainContext(pushed->second.front()) ? 1 : 0);
-    return removed;
-}
-
-void InspectionFrameworkImpl::clearSuspensionRequests()
-{
-    ScopedMutex state(stateLock);
-    suspendEverything = false;
-    suspendEntities.clear();
-    stepOutContext = nullptr;
-    stepOverContext = nullptr;
-}
-
-void InspectionFrameworkImpl::suspend()
-{
-    ScopedMutex state(stateLock);
-    clearSuspensionRequests();
-    suspendEverything = true;
-}
-
-bool InspectionFrameworkImpl::suspendEntity(unsigned int entity)
-{
-    ScopedMutex state(stateLock);
-    if (!isRegisteredLocked(entity)) {
-        return false;
-    }
-    clearSuspensionRequests();
-    suspendEntities.insert(entity);
-    return true;
-}
-
-unsigned int InspectionFrameworkImpl::getSuspendedEntity() const
-{
-    ScopedMutex state(stateLock);
-    return suspendedEntity.load(std::memory_order_relaxed);
-}
-
-unsigned int InspectionFrameworkImpl::peekSuspendedEntity() const
-{
-    return suspendedEntity.load(std::memory_order_relaxed);
-}
-
-void InspectionFrameworkImpl::resume()
-{
-    clearSuspensionRequests();
-    controller->resume();
-}
-
-void InspectionFrameworkImpl::stepIn()
-{
-    clearSuspensionRequests();
-    suspendEntity(peekSuspendedEntity());
-    controller->resume();
-}
-
-// The step commands read the stacks under the lock, which the resource tree holds already: a host calling
-// them directly runs beside the simulation's pushes. The gate opens outside it.
-void InspectionFrameworkImpl::stepOut()
-{
-    clearSuspensionRequests();
-    {
-        ScopedMutex state(stateLock);
-        const Stack* stack = findStack(peekSuspendedEntity());
-        if (stack != nullptr && stack->size() > 1) {
-            stepOutContext = (*stack)[stack->size() - 2];
-        }
-    }
-    controller->resume();
-}
-
-void InspectionFrameworkImpl::stepOver()
-{
-    clearSuspensionRequests();
-    {
-        ScopedMutex state(stateLock);
-        const Stack* stack = findStack(peekSuspendedEntity());
-        if (stack != nullptr && !stack->empty()) {
-            stepOverContext = stack->back();
-        }
-    }
-    controller->resume();
-}
-
-bool InspectionFrameworkImpl::isInvalidated(unsigned long long engineKey) const
-{
-    return !invalidatedEngines.empty() && invalidatedEngines.count(engineKey) != 0;
-}
-
-bool InspectionFrameworkImpl::isArmedFor(unsigned int entity, const AbstractContext* top) const
-{
-    return suspendEverything || (!suspendEntities.empty() && suspendEntities.count(entity) != 0) ||
-           (top != nullptr && (top == stepOutContext || top == stepOverContext));
-}
-
-// Called without the lock, so that listeners may call back and the stopped thread holds nothing.
-void InspectionFrameworkImpl::stopHere(unsigned int entity)
-{
-    SuspensionNotifier notifier(entity);
-    requests.accept(notifier);
-    controller->suspend();
 }
 
 } // namespace impl

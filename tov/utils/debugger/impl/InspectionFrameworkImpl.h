@@ -5,7 +5,6 @@
 //   InspectionFrameworkImpl impl(facilities, controller);   // "debug" is registered already
 //   impl.registerEngine(hash, engine); impl.retrieveResource("/world/3", 8, &query, builder);
 
-#include <tov/allocator/StdAllocator.h>
 #include <tov/utils/Containers.h>
 #include <tov/utils/Export.h>
 #include <tov/utils/HashTable.h>
@@ -15,9 +14,9 @@
 #include <tov/utils/debugger/EngineDebuggerFacade.h>
 #include <tov/utils/debugger/RequestRegistry.h>
 #include <tov/utils/debugger/ResourceStatus.h>
+#include <tov/utils/debugger/impl/EntityTable.h>
 
 #include <atomic>
-#include <unordered_map>
 
 namespace tov {
 namespace utils {
@@ -57,10 +56,10 @@ public:
     // Disables the engine, then drops it from the table; the order of the others is kept.
     void unregisterEngine(unsigned long long hash, const char* path);
     // False when no engine has that path.
-    bool enableEngine(unsigned long long hash, const char* path);
-    bool disableEngine(unsigned long long hash, const char* path);
+    [[nodiscard]] bool enableEngine(unsigned long long hash, const char* path);
+    [[nodiscard]] bool disableEngine(unsigned long long hash, const char* path);
     // False when no engine has that path; otherwise `enabled` tells its state.
-    bool isEngineEnabled(unsigned long long hash, const char* path, bool& enabled) const;
+    [[nodiscard]] bool isEngineEnabled(unsigned long long hash, const char* path, bool& enabled) const;
     void enableAllEngines();
     void disableAllEngines();
     // [{"path": ..., "enabled": ...}] in the order of the paths; false when the builder refused a value.
@@ -91,8 +90,8 @@ public:
     unsigned int countEntities() const;
     const unsigned int* getEntities() const;
     unsigned int countContexts(unsigned int entity) const;
-    AbstractContext* topContext(unsigned int entity, AbstractLogger* logger) const;
-    AbstractContext* getContext(unsigned int entity, unsigned int index, AbstractLogger* logger) const;
+    [[nodiscard]] AbstractContext* topContext(unsigned int entity, AbstractLogger* logger) const;
+    [[nodiscard]] AbstractContext* getContext(unsigned int entity, unsigned int index, AbstractLogger* logger) const;
     void pushContext(AbstractEngine& engine, unsigned int entity, AbstractContextFactory& factory);
     AbstractContext* popContext(AbstractEngine& engine, unsigned int entity);
     void invalidateContexts(const AbstractEngine& engine);
@@ -124,28 +123,15 @@ private:
     // condition was met.
     bool pushFrame(AbstractEngine& engine, unsigned int entity, AbstractContextFactory& factory);
     AbstractContext* popFrame(AbstractEngine& engine, unsigned int entity, bool& stop);
-    using Stack = Deque<AbstractContext*>;
-    // What a push or pop needs of an entity, found in one step whatever the number of entities: how
-    // often the id stands in `entities`, and its stack in `entityContexts` once it has one.
-    struct EntitySlot {
-        unsigned int registrations = 0;
-        Stack* stack = nullptr;
-    };
-    using EntityIndex = std::unordered_map<unsigned int, EntitySlot, std::hash<unsigned int>, std::equal_to<unsigned int>,
-                                           allocator::StdAllocator<std::pair<const unsigned int, EntitySlot>>>;
+    using Stack = EntityTable::Stack;
 
     AbstractEngine* findEngineLocked(unsigned long long hash, const char* path) const;
     // The key of the engine's path, computed without the string table, which simulation threads must not
     // touch unguarded; an engine that pushes frames need not be registered.
     unsigned long long computeEngineKey(const AbstractEngine& engine) const;
-    // Null when the entity never had a stack. The caller holds the state lock.
-    Stack* findStack(unsigned int entity) const;
     // The stack of a registered entity, or null with a message to `logger` (which may be null).
-    const Stack* findReportedStack(unsigned int entity, AbstractLogger* logger) const;
-    void appendEntity(unsigned int entity);
-    void removeEntity(unsigned int entity);
-    // These four: the caller holds the state lock.
-    bool isRegisteredLocked(unsigned int entity) const;
+    [[nodiscard]] const Stack* findReportedStack(unsigned int entity, AbstractLogger* logger) const;
+    // These two: the caller holds the state lock.
     bool isInvalidated(unsigned long long engineKey) const;
     // Whether an armed condition meets this entity with `top` as its new top frame.
     bool isArmedFor(unsigned int entity, const AbstractContext* top) const;
@@ -169,12 +155,10 @@ private:
     std::atomic<unsigned int> suspendedEntity;
     AbstractContext* stepOutContext;
     AbstractContext* stepOverContext;
-    Vector<unsigned int> entities;
+    EntityTable entities;
     Set<unsigned int> suspendEntities;
-    Map<unsigned int, Stack> entityContexts;
     Map<unsigned long long, Stack> engineContexts;
     Set<unsigned long long> invalidatedEngines;
-    EntityIndex entityIndex;
 };
 
 } // namespace impl

@@ -45,6 +45,11 @@ bool PathSegment::selects(const char* keyword) const
     return std::strncmp(keyword, text, length) == 0;
 }
 
+bool PathSegment::sharesPrefix(const PathSegment& other) const
+{
+    return std::strncmp(text, other.text, length < other.length ? length : other.length) == 0;
+}
+
 unsigned long PathSegment::readLeadingNumber() const
 {
     unsigned int used = 0;

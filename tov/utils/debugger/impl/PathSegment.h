@@ -14,6 +14,9 @@ struct PathSegment {
     bool take(const char* path, unsigned int size);
     // Any prefix of the keyword selects it, the empty segment included: clients use short forms.
     bool selects(const char* keyword) const;
+    // Whether the two segments agree over the shorter of their lengths, so that either may be a prefix
+    // of the other, or empty: how a request segment matches one of an engine's path.
+    bool sharesPrefix(const PathSegment& other) const;
     // The leading decimal digits, as strtoul reads them: no digits read as 0 and a tail is ignored.
     unsigned long readLeadingNumber() const;
     // True only when the whole segment is one decimal number, as strtoul reads it.
