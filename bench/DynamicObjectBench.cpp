@@ -11,8 +11,8 @@
 #include <rapidjson/document.h>
 #include <rapidjson/pointer.h>
 
-#include <cstdint>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <map>
@@ -405,8 +405,8 @@ struct CountingAllocator {
     }
 };
 
-using CountedJson = nlohmann::basic_json<std::map, std::vector, std::string, bool, std::int64_t, std::uint64_t,
-                                         double, CountingAllocator>;
+using CountedJson = nlohmann::basic_json<std::map, std::vector, std::string, bool, std::int64_t, std::uint64_t, double,
+                                         CountingAllocator>;
 
 // The base of RapidJSON's pool: keeps the size in front of each chunk, as Free is not told it.
 struct CountingBaseAllocator {
@@ -499,7 +499,9 @@ BENCHMARK(BuildByChainedKeysNlohmann)
     ->Name("build 10000 records by path|nlohmann by chained keys")
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BuildByPathRapidJson)->Name("build 10000 records by path|rapidjson")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(ReadByPathTov, spread, false)->Name("read 1024 values by run-time path|tov")->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(ReadByPathTov, spread, false)
+    ->Name("read 1024 values by run-time path|tov")
+    ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(ReadByPathNlohmann, spread, false)
     ->Name("read 1024 values by run-time path|nlohmann")
     ->Unit(benchmark::kMicrosecond);

@@ -95,7 +95,7 @@ void fireTov(benchmark::State& state)
 }
 
 struct PlainBreakpoint {
-    std::vector<unsigned int> entities;   // empty: any entity
+    std::vector<unsigned int> entities; // empty: any entity
     std::string location;
     std::function<void(unsigned int, const std::string&)> onHit;
 };
@@ -113,8 +113,8 @@ struct PlainRegistry {
         }
         for (const auto& breakpoint : snapshot) {
             const bool entityPasses = breakpoint->entities.empty() ||
-                                      std::find(breakpoint->entities.begin(), breakpoint->entities.end(),
-                                                entity) != breakpoint->entities.end();
+                                      std::find(breakpoint->entities.begin(), breakpoint->entities.end(), entity) !=
+                                          breakpoint->entities.end();
             if (entityPasses && breakpoint->location == location) {
                 breakpoint->onHit(entity, location);
             }

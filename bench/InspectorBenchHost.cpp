@@ -73,8 +73,8 @@ int runBare(const std::string& port)
     std::memset(&callbacks, 0, sizeof(callbacks));
     callbacks.begin_request = &answerBare;
     const std::string listening = "127.0.0.1:" + port;
-    const char* options[] = {"enable_directory_listing", "false", "listening_ports", listening.c_str(),
-                             "num_threads", "1", nullptr};
+    const char* options[] = {
+        "enable_directory_listing", "false", "listening_ports", listening.c_str(), "num_threads", "1", nullptr};
     mg_context* context = mg_start(&callbacks, nullptr, options);
     if (context == nullptr) {
         std::cerr << "cannot listen on " << listening << "\n";

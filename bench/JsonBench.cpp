@@ -91,16 +91,34 @@ void feedGenerator(yajl_gen generator, const std::vector<Event>& events)
     for (const Event& event : events) {
         const unsigned char* text = reinterpret_cast<const unsigned char*>(event.text.data());
         switch (event.kind) {
-        case Event::Null: yajl_gen_null(generator); break;
-        case Event::Boolean: yajl_gen_bool(generator, static_cast<int>(event.integer)); break;
-        case Event::Integer: yajl_gen_integer(generator, event.integer); break;
-        case Event::Real: yajl_gen_double(generator, event.real); break;
+        case Event::Null:
+            yajl_gen_null(generator);
+            break;
+        case Event::Boolean:
+            yajl_gen_bool(generator, static_cast<int>(event.integer));
+            break;
+        case Event::Integer:
+            yajl_gen_integer(generator, event.integer);
+            break;
+        case Event::Real:
+            yajl_gen_double(generator, event.real);
+            break;
         case Event::String:
-        case Event::Key: yajl_gen_string(generator, text, event.text.size()); break;
-        case Event::OpenObject: yajl_gen_map_open(generator); break;
-        case Event::CloseObject: yajl_gen_map_close(generator); break;
-        case Event::OpenArray: yajl_gen_array_open(generator); break;
-        case Event::CloseArray: yajl_gen_array_close(generator); break;
+        case Event::Key:
+            yajl_gen_string(generator, text, event.text.size());
+            break;
+        case Event::OpenObject:
+            yajl_gen_map_open(generator);
+            break;
+        case Event::CloseObject:
+            yajl_gen_map_close(generator);
+            break;
+        case Event::OpenArray:
+            yajl_gen_array_open(generator);
+            break;
+        case Event::CloseArray:
+            yajl_gen_array_close(generator);
+            break;
         }
     }
 }

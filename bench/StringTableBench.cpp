@@ -118,8 +118,7 @@ void murmurTov(benchmark::State& state)
 {
     const std::string input = inputOfSize(static_cast<std::size_t>(state.range(0)));
     for (auto _ : state) {
-        benchmark::DoNotOptimize(
-            StringTable::computeHash(input.data(), static_cast<unsigned int>(input.size()), 100));
+        benchmark::DoNotOptimize(StringTable::computeHash(input.data(), static_cast<unsigned int>(input.size()), 100));
     }
     state.SetBytesProcessed(state.iterations() * static_cast<long long>(input.size()));
 }

@@ -11,8 +11,8 @@ namespace bench {
 
 inline std::vector<std::string> makeWords(std::size_t count)
 {
-    static const char* const syllables[] = {"ka", "lo", "mi", "ne", "ru", "sta", "ven", "tor", "al", "qui",
-                                            "ber", "do", "gra", "phi", "ux", "zel"};
+    static const char* const syllables[] = {"ka", "lo",  "mi",  "ne", "ru",  "sta", "ven", "tor",
+                                            "al", "qui", "ber", "do", "gra", "phi", "ux",  "zel"};
     std::vector<std::string> words;
     words.reserve(count);
     std::uint32_t state = 12345;
@@ -24,7 +24,7 @@ inline std::vector<std::string> makeWords(std::size_t count)
             state = state * 1664525u + 1013904223u;
             word += syllables[(state >> 24) % 16];
         }
-        word += std::to_string(words.size());   // keeps every word distinct
+        word += std::to_string(words.size()); // keeps every word distinct
         words.push_back(word);
     }
     return words;

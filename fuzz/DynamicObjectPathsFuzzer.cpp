@@ -94,8 +94,7 @@ void build(DynamicObject& object, unsigned int property, Input& input)
     const unsigned int members = input.byte() % 4;
     for (unsigned int i = 0; i < members; ++i) {
         const std::string key = input.key();
-        if (asArray ? !builder.arrayChild()
-                    : !builder.objectChild(key.data(), static_cast<unsigned int>(key.size()))) {
+        if (asArray ? !builder.arrayChild() : !builder.objectChild(key.data(), static_cast<unsigned int>(key.size()))) {
             return;
         }
         switch (input.byte() % 5) {

@@ -10,13 +10,13 @@
 #include <tov/utils/Facilities.h>
 #include <tov/utils/Memory.h>
 #include <tov/utils/System.h>
-#include <tov/utils/debugger/AbstractEngine.h>
-#include <tov/utils/debugger/InspectionFramework.h>
-#include <tov/utils/debugger/impl/HTTPConnection.h>
-#include <tov/utils/debugger/impl/EventFramework.h>
-#include <tov/utils/debugger/impl/HTTPServer.h>
 #include <tov/utils/debugger/AbstractContextFactory.h>
+#include <tov/utils/debugger/AbstractEngine.h>
 #include <tov/utils/debugger/EngineDebuggerFacade.h>
+#include <tov/utils/debugger/InspectionFramework.h>
+#include <tov/utils/debugger/impl/EventFramework.h>
+#include <tov/utils/debugger/impl/HTTPConnection.h>
+#include <tov/utils/debugger/impl/HTTPServer.h>
 #include <tov/utils/debugger/impl/MainContextFactory.h>
 
 #include "support/MemoryConnection.h"
@@ -93,7 +93,7 @@ unsigned int checkReplies(const std::string& written, bool explained)
     unsigned int count = 0;
     std::size_t position = 0;
     if (written.empty()) {
-        std::abort();   // every request gets an answer
+        std::abort(); // every request gets an answer
     }
     while (position < written.size()) {
         if (written.compare(position, 9, "HTTP/1.1 ") != 0) {
@@ -138,8 +138,9 @@ public:
 
 // The events engine is registered by hand: the server, which would bring it, does not run here.
 struct Host {
-    Host() : world("world", debugger::resources::Ok), broken("broken", debugger::resources::Error),
-             nested("events/sub", debugger::resources::NotFound)
+    Host()
+        : world("world", debugger::resources::Ok), broken("broken", debugger::resources::Error),
+          nested("events/sub", debugger::resources::NotFound)
     {
         // A host that is not set up whole would answer every input with NotFound: that ends the run.
         if (!tov::utils::initialize(nullptr)) {

@@ -49,8 +49,7 @@ HostClient::~HostClient()
     curl_easy_cleanup(static_cast<CURL*>(handle));
 }
 
-bool HostClient::exchange(const std::string& method, const std::string& path, const std::string& body,
-                          HostReply& reply)
+bool HostClient::exchange(const std::string& method, const std::string& path, const std::string& body, HostReply& reply)
 {
     CURL* curl = static_cast<CURL*>(handle);
     failure = none;

@@ -22,9 +22,9 @@ class HostClient {
 public:
     enum Failure {
         none,
-        unreachable,   // no connection could be made
-        broken,        // the connection failed or timed out during the exchange
-        malformed,     // what came back is no HTTP reply
+        unreachable, // no connection could be made
+        broken,      // the connection failed or timed out during the exchange
+        malformed,   // what came back is no HTTP reply
     };
 
     // `base` as HostAddress::getBase gives it; `token` is sent as "Authorization: Bearer <token>"
@@ -50,7 +50,7 @@ private:
     std::string base;
     std::string token;
     long timeoutMilliseconds;
-    void* handle;   // the CURL easy handle, reused so that a command's exchanges share its set-up
+    void* handle; // the CURL easy handle, reused so that a command's exchanges share its set-up
     Failure failure = none;
     std::string error;
 };

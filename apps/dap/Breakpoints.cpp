@@ -47,13 +47,16 @@ nlohmann::json Breakpoints::add(AbstractHost& host, const nlohmann::json& wanted
     }
     const std::string location = wanted["name"].get<std::string>();
     if (!isLocation(location)) {
-        return unverified("'" + location + "' is no location; a location is a URI such as tov:agents/forager.behavior#seek");
+        return unverified("'" + location +
+                          "' is no location; a location is a URI such as tov:agents/forager.behavior#seek");
     }
-    if (wanted.contains("condition") && wanted["condition"].is_string() && !wanted["condition"].get<std::string>().empty()) {
+    if (wanted.contains("condition") && wanted["condition"].is_string() &&
+        !wanted["condition"].get<std::string>().empty()) {
         return unverified("the host cannot evaluate conditions; use a hit condition (a pass number) instead");
     }
     nlohmann::json filters = {{"location", location}};
-    if (wanted.contains("hitCondition") && wanted["hitCondition"].is_string() && !wanted["hitCondition"].get<std::string>().empty()) {
+    if (wanted.contains("hitCondition") && wanted["hitCondition"].is_string() &&
+        !wanted["hitCondition"].get<std::string>().empty()) {
         long long count = 0;
         std::string reason;
         if (!readHitCondition(wanted["hitCondition"].get<std::string>(), count, reason)) {
@@ -69,7 +72,8 @@ nlohmann::json Breakpoints::add(AbstractHost& host, const nlohmann::json& wanted
     }
     if (answer.status != 200 || !answer.body.is_object() || !answer.body.contains("requestId") ||
         !answer.body["requestId"].is_number_unsigned()) {
-        return unverified("the host refused the breakpoint: " + (answer.error.empty() ? "no request id came back" : answer.error));
+        return unverified("the host refused the breakpoint: " +
+                          (answer.error.empty() ? "no request id came back" : answer.error));
     }
     const unsigned int requestId = answer.body["requestId"].get<unsigned int>();
     locations[requestId] = location;
@@ -126,8 +130,10 @@ bool Breakpoints::readHitCondition(const std::string& text, long long& count, st
     }
     count = valid ? std::stoll(digits) + add : 0;
     if (!valid || count < 1) {
-        reason = "the host counts passes from one on and stops on every pass from the count: a hit condition is a number "
-                 "such as 2 or >= 2, not '" + text + "'";
+        reason =
+            "the host counts passes from one on and stops on every pass from the count: a hit condition is a number "
+            "such as 2 or >= 2, not '" +
+            text + "'";
         return false;
     }
     return true;

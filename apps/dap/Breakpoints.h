@@ -35,7 +35,7 @@ private:
     static bool readHitCondition(const std::string& text, long long& count, std::string& reason);
     static bool isLocation(const std::string& text);
 
-    std::map<unsigned int, std::string> locations;   // by the host's request id, which is also the breakpoint's id
+    std::map<unsigned int, std::string> locations; // by the host's request id, which is also the breakpoint's id
     std::set<unsigned int> made;
 };
 

@@ -17,7 +17,8 @@ bool CurlHost::call(const std::string& method, const std::string& path, const nl
 {
     answer = HostAnswer();
     client::HostReply reply;
-    if (!client.exchange(method, client::HostClient::encodePath(path), body != nullptr ? body->dump() : std::string(), reply)) {
+    if (!client.exchange(method, client::HostClient::encodePath(path), body != nullptr ? body->dump() : std::string(),
+                         reply)) {
         answer.error = client.getError();
         return false;
     }

@@ -3,8 +3,8 @@
 //   CurlHost host("http://127.0.0.1:8000", "127.0.0.1:8000", token);
 //   HostAnswer answer;  host.call("POST", "debug/resume", nullptr, answer);
 
-#include "apps/dap/AbstractHost.h"
 #include "apps/common/HostClient.h"
+#include "apps/dap/AbstractHost.h"
 
 namespace tov {
 namespace dap {
@@ -12,7 +12,8 @@ namespace dap {
 class CurlHost : public AbstractHost {
 public:
     CurlHost(const std::string& base, const std::string& authority, const std::string& token);
-    bool call(const std::string& method, const std::string& path, const nlohmann::json* body, HostAnswer& answer) override;
+    bool call(const std::string& method, const std::string& path, const nlohmann::json* body,
+              HostAnswer& answer) override;
     std::string describe() const override { return authority; }
 
 private:

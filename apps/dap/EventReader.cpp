@@ -34,8 +34,8 @@ bool EventReader::read(AbstractHost& host, const std::function<bool(unsigned int
         }
         // Another client may have deleted it meanwhile: then it was not ours to see.
         const nlohmann::json& event = answer.body;
-        if (answer.status != 200 || !event.is_object() || !event.contains("requestId") || !event["requestId"].is_number_unsigned() ||
-            !owned(event["requestId"].get<unsigned int>())) {
+        if (answer.status != 200 || !event.is_object() || !event.contains("requestId") ||
+            !event["requestId"].is_number_unsigned() || !owned(event["requestId"].get<unsigned int>())) {
             continue;
         }
         events.push_back(event);

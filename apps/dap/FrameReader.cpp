@@ -53,7 +53,8 @@ bool isOnlyHeaderLines(const std::string& text)
     std::size_t start = 0;
     while (start < text.size()) {
         std::size_t end = text.find('\n', start);
-        const std::string line = trimmed(text.substr(start, end == std::string::npos ? std::string::npos : end - start));
+        const std::string line =
+            trimmed(text.substr(start, end == std::string::npos ? std::string::npos : end - start));
         if (!line.empty() && (line.find(':') == std::string::npos || line.find(':') == 0)) {
             return false;
         }
@@ -124,7 +125,8 @@ bool FrameReader::readHeader(Frame& frame)
     const std::size_t start = findHeader(0);
     if (start == std::string::npos) {
         if (buffer.size() > maximumHeader) {
-            frame.problem = std::to_string(buffer.size()) + " bytes without a Content-Length header were skipped: " + shown(buffer);
+            frame.problem =
+                std::to_string(buffer.size()) + " bytes without a Content-Length header were skipped: " + shown(buffer);
             buffer.clear();
             return true;
         }
@@ -133,7 +135,8 @@ bool FrameReader::readHeader(Frame& frame)
     const std::size_t end = findHeaderEnd(start);
     if (end == std::string::npos) {
         if (buffer.size() - start > maximumHeader) {
-            frame.problem = "a header longer than " + std::to_string(maximumHeader) + " bytes was skipped: " + shown(buffer.substr(start));
+            frame.problem = "a header longer than " + std::to_string(maximumHeader) +
+                            " bytes was skipped: " + shown(buffer.substr(start));
             buffer.erase(0, start + lengthNameSize);
             return true;
         }
@@ -149,8 +152,8 @@ bool FrameReader::readHeader(Frame& frame)
     const bool digits = !value.empty() && value.size() <= 9 &&
                         std::all_of(value.begin(), value.end(), [](char c) { return c >= '0' && c <= '9'; });
     if (!digits || std::stoul(value) > maximumBody) {
-        frame.problem = "a message with Content-Length " + shown(value) + " was skipped: the length must be a number from 0 to " +
-                        std::to_string(maximumBody);
+        frame.problem = "a message with Content-Length " + shown(value) +
+                        " was skipped: the length must be a number from 0 to " + std::to_string(maximumBody);
         return true;
     }
     inBody = true;
@@ -167,8 +170,8 @@ bool FrameReader::readBody(Frame& frame)
     for (std::size_t at = findHeader(0); at != std::string::npos && at < within; at = findHeader(at + 1)) {
         if (findHeaderEnd(at) != std::string::npos) {
             frame.body = trimmed(buffer.substr(0, at));
-            frame.problem = "Content-Length announced " + std::to_string(bodyLength) + " bytes, but the next message began after " +
-                            std::to_string(at);
+            frame.problem = "Content-Length announced " + std::to_string(bodyLength) +
+                            " bytes, but the next message began after " + std::to_string(at);
             buffer.erase(0, at);
             inBody = false;
             return true;

@@ -29,7 +29,8 @@ std::string findUrl(const std::string& line)
     const std::string scheme = "http://";
     for (std::size_t start = line.find(scheme); start != std::string::npos; start = line.find(scheme, start + 1)) {
         std::size_t at = start + scheme.size();
-        while (at < line.size() && (std::isalnum(static_cast<unsigned char>(line[at])) || line[at] == '.' || line[at] == '-')) {
+        while (at < line.size() &&
+               (std::isalnum(static_cast<unsigned char>(line[at])) || line[at] == '.' || line[at] == '-')) {
             ++at;
         }
         std::size_t digits = at + 1;
@@ -55,7 +56,7 @@ bool HostLauncher::start(const std::string& program, const std::vector<std::stri
 {
     int output[2];
     int errors[2];
-    int failure[2];   // closed on a successful exec; carries errno when exec fails
+    int failure[2]; // closed on a successful exec; carries errno when exec fails
     // Close-on-exec everywhere: the child gets its ends as 1 and 2 through dup2, and no other program
     // the adapter starts later holds them open.
     if (::pipe2(output, O_CLOEXEC) != 0 || ::pipe2(errors, O_CLOEXEC) != 0 || ::pipe2(failure, O_CLOEXEC) != 0) {

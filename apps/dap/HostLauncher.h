@@ -14,7 +14,7 @@ namespace dap {
 class HostLauncher {
 public:
     struct Output {
-        std::string category;   // "stdout" or "stderr"
+        std::string category; // "stdout" or "stderr"
         std::string text;
     };
 

@@ -48,7 +48,8 @@ void Session::handle(const std::string& body)
         logLine("a message that is no JSON object was skipped: " + shown(body));
         return;
     }
-    const std::string type = message.contains("type") && message["type"].is_string() ? message["type"].get<std::string>() : "";
+    const std::string type =
+        message.contains("type") && message["type"].is_string() ? message["type"].get<std::string>() : "";
     if (type != "request") {
         // The adapter sends no requests, so no response is awaited.
         logLine("a message of type '" + type + "' was skipped: only requests are read");
@@ -181,13 +182,15 @@ Reply Session::attach(const nlohmann::json& arguments)
     Arguments::getString(arguments, "token", token);
     client::HostAddress address;
     std::string error;
-    if (!address.resolve(options, nullptr, error) || !connect(address.getBase(), address.getAuthority(), token, error)) {
+    if (!address.resolve(options, nullptr, error) ||
+        !connect(address.getBase(), address.getAuthority(), token, error)) {
         return Reply::failure(error);
     }
     return Reply::success();
 }
 
-bool Session::connect(const std::string& base, const std::string& authority, const std::string& token, std::string& error)
+bool Session::connect(const std::string& base, const std::string& authority, const std::string& token,
+                      std::string& error)
 {
     host.reset(new CurlHost(base, authority, token));
     HostAnswer answer;
@@ -215,8 +218,10 @@ bool Session::connect(const std::string& base, const std::string& authority, con
     }
     attached = true;
     nextPoll = std::chrono::steady_clock::now();
-    afterResponse.push_back({{"type", "event"}, {"event", "output"},
-                             {"body", {{"category", "console"}, {"output", "tov-dap: attached to the inspector at " + authority + "\n"}}}});
+    afterResponse.push_back(
+        {{"type", "event"},
+         {"event", "output"},
+         {"body", {{"category", "console"}, {"output", "tov-dap: attached to the inspector at " + authority + "\n"}}}});
     // Breakpoints can be set from now on.
     afterResponse.push_back({{"type", "event"}, {"event", "initialized"}});
     return true;
@@ -278,7 +283,8 @@ Reply Session::waitForLaunchedHost(const nlohmann::json& arguments)
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
     }
     launcher.stop();
-    return Reply::failure("the host's inspector did not answer within " + std::to_string(launchTimeout.count()) + " s: " + error);
+    return Reply::failure("the host's inspector did not answer within " + std::to_string(launchTimeout.count()) +
+                          " s: " + error);
 }
 
 Reply Session::configurationDone(const nlohmann::json&)
@@ -322,7 +328,8 @@ void Session::leaveHost()
         ended.insert(request);
     }
     std::vector<nlohmann::json> leftovers;
-    reached = reached && reader.read(*host, [this](unsigned int id) { return isOwn(id); }, leftovers, error);
+    reached = reached && reader.read(
+                             *host, [this](unsigned int id) { return isOwn(id); }, leftovers, error);
     subscriptions.clear();
     attached = false;
     if (!reached) {
@@ -397,14 +404,16 @@ bool Session::readSuspension(bool& suspended, unsigned int& entity, std::string&
         return false;
     }
     suspended = Arguments::flagOf(answer.body, "suspended", false);
-    const nlohmann::json stoppedEntity = answer.body.is_object() ? answer.body.value("entity", nlohmann::json()) : nlohmann::json();
+    const nlohmann::json stoppedEntity =
+        answer.body.is_object() ? answer.body.value("entity", nlohmann::json()) : nlohmann::json();
     entity = stoppedEntity.is_number_unsigned() ? stoppedEntity.get<unsigned int>() : 0;
     return true;
 }
 
 Reply Session::readThreadState(const nlohmann::json& arguments, ThreadState& state)
 {
-    if (!Arguments::getInteger(arguments, "threadId", state.thread) || !Arguments::toEntity(state.thread, state.entity)) {
+    if (!Arguments::getInteger(arguments, "threadId", state.thread) ||
+        !Arguments::toEntity(state.thread, state.entity)) {
         return Reply::failure(Arguments::missing("threadId", "a thread of the threads request"));
     }
     std::string error;
@@ -433,14 +442,19 @@ Reply Session::pause(const nlohmann::json& arguments)
     HostAnswer answer;
     reply = post("debug/suspend", &body, answer);
     if (reply.ok && answer.status != 200) {
-        return Reply::failure("the host refused to suspend entity " + std::to_string(state.entity) + ": " + answer.error);
+        return Reply::failure("the host refused to suspend entity " + std::to_string(state.entity) + ": " +
+                              answer.error);
     }
     if (reply.ok) {
         stops.arm("pause", state.entity == 0);
         if (state.entity == 0) {
-            afterResponse.push_back({{"type", "event"}, {"event", "output"},
-                                     {"body", {{"category", "console"},
-                                               {"output", "tov-dap: the host cannot single out entity 0, so every entity stops at its next frame\n"}}}});
+            afterResponse.push_back(
+                {{"type", "event"},
+                 {"event", "output"},
+                 {"body",
+                  {{"category", "console"},
+                   {"output",
+                    "tov-dap: the host cannot single out entity 0, so every entity stops at its next frame\n"}}}});
         }
     }
     return reply;
@@ -485,8 +499,8 @@ Reply Session::step(const nlohmann::json& arguments, const char* command)
         return Reply::failure("entity " + std::to_string(state.entity) + " is not stopped: nothing to step");
     }
     if (state.stoppedEntity != state.entity) {
-        return Reply::failure("the host steps the entity that stopped last, entity " + std::to_string(state.stoppedEntity) +
-                              ", not entity " + std::to_string(state.entity));
+        return Reply::failure("the host steps the entity that stopped last, entity " +
+                              std::to_string(state.stoppedEntity) + ", not entity " + std::to_string(state.entity));
     }
     HostAnswer answer;
     reply = post(std::string("debug/") + command, nullptr, answer);
@@ -497,7 +511,8 @@ Reply Session::step(const nlohmann::json& arguments, const char* command)
         forgetStop();
         stops.arm("step", false);
         // The step opens the host's gate: every thread waiting in it runs on until the stepped one stops.
-        afterResponse.push_back({{"type", "event"}, {"event", "continued"},
+        afterResponse.push_back({{"type", "event"},
+                                 {"event", "continued"},
                                  {"body", {{"threadId", state.thread}, {"allThreadsContinued", true}}}});
     }
     return reply;
@@ -539,7 +554,8 @@ void Session::pollHost()
 {
     std::vector<nlohmann::json> events;
     std::string error;
-    if (!reader.read(*host, [this](unsigned int id) { return isOwn(id); }, events, error)) {
+    if (!reader.read(
+            *host, [this](unsigned int id) { return isOwn(id); }, events, error)) {
         hostGone(error);
         return;
     }

@@ -79,7 +79,7 @@ private:
         long long thread = 0;
         unsigned int entity = 0;
         bool suspended = false;
-        unsigned int stoppedEntity = 0;   // the entity that stopped last
+        unsigned int stoppedEntity = 0; // the entity that stopped last
     };
     // The entity of the request's thread and the host's state; a refusal when either cannot be read.
     Reply readThreadState(const nlohmann::json& arguments, ThreadState& state);

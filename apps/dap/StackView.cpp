@@ -79,8 +79,7 @@ Reply StackView::stackTrace(AbstractHost& host, const nlohmann::json& arguments)
     nlohmann::json stackFrames = nlohmann::json::array();
     for (long long depth = start; depth < end; ++depth) {
         const nlohmann::json& context = contexts[static_cast<std::size_t>(total - 1 - depth)];
-        Frame frame{entity, static_cast<unsigned int>(total - 1 - depth),
-                    Arguments::textOf(context, "location")};
+        Frame frame{entity, static_cast<unsigned int>(total - 1 - depth), Arguments::textOf(context, "location")};
         frames.push_back(frame);
         sources.push_back(frame);
         stackFrames.push_back(describeFrame(frame, firstFrame + static_cast<long long>(frames.size()) - 1,
@@ -91,9 +90,15 @@ Reply StackView::stackTrace(AbstractHost& host, const nlohmann::json& arguments)
 
 nlohmann::json StackView::describeFrame(const Frame& frame, long long id, int sourceReference) const
 {
-    nlohmann::json source = {{"name", shortName(frame.location)}, {"sourceReference", sourceReference},
-                             {"origin", "entity " + std::to_string(frame.entity) + ", frame " + std::to_string(frame.index)}};
-    return {{"id", id}, {"name", frame.location}, {"source", source}, {"line", firstLine}, {"column", firstColumn},
+    nlohmann::json source = {
+        {"name", shortName(frame.location)},
+        {"sourceReference", sourceReference},
+        {"origin", "entity " + std::to_string(frame.entity) + ", frame " + std::to_string(frame.index)}};
+    return {{"id", id},
+            {"name", frame.location},
+            {"source", source},
+            {"line", firstLine},
+            {"column", firstColumn},
             // The bottom frame is the one every entity has: the simulation itself.
             {"presentationHint", frame.index == 0 ? "subtle" : "normal"}};
 }
@@ -122,7 +127,9 @@ Reply StackView::scopes(AbstractHost& host, const nlohmann::json& arguments)
     if (!reply.ok) {
         return reply;
     }
-    nlohmann::json scope = {{"name", "Frame data"}, {"presentationHint", "locals"}, {"expensive", false},
+    nlohmann::json scope = {{"name", "Frame data"},
+                            {"presentationHint", "locals"},
+                            {"expensive", false},
                             {"variablesReference", store.add(data)}};
     if (data.is_object()) {
         scope["namedVariables"] = data.size();
@@ -137,7 +144,8 @@ Reply StackView::variables(const nlohmann::json& arguments)
         return Reply::failure(Arguments::missing("variablesReference", "an integer"));
     }
     if (!store.has(static_cast<int>(reference))) {
-        return Reply::failure("no variables " + std::to_string(reference) + ": references end when the simulation resumes");
+        return Reply::failure("no variables " + std::to_string(reference) +
+                              ": references end when the simulation resumes");
     }
     nlohmann::json list = store.list(static_cast<int>(reference));
     long long start = 0;
@@ -156,7 +164,8 @@ Reply StackView::source(AbstractHost& host, const nlohmann::json& arguments)
 {
     long long reference = 0;
     if (!Arguments::getInteger(arguments, "sourceReference", reference) &&
-        !(arguments.is_object() && Arguments::getInteger(arguments.value("source", nlohmann::json()), "sourceReference", reference))) {
+        !(arguments.is_object() &&
+          Arguments::getInteger(arguments.value("source", nlohmann::json()), "sourceReference", reference))) {
         return Reply::failure(Arguments::missing("sourceReference", "an integer"));
     }
     if (reference < 1 || reference > static_cast<long long>(sources.size())) {
@@ -181,11 +190,15 @@ std::string StackView::sourceText(const Frame& frame, const nlohmann::json& cont
     const bool there = contexts.is_array() && frame.index < contexts.size() &&
                        Arguments::textOf(contexts[frame.index], "location") == frame.location;
     if (!there) {
-        return text + "This frame has returned: entity " + std::to_string(frame.entity) + " is no longer at this location.\n";
+        return text + "This frame has returned: entity " + std::to_string(frame.entity) +
+               " is no longer at this location.\n";
     }
     text += "entity " + std::to_string(frame.entity) + ", frame " + std::to_string(frame.index) + " of " +
             std::to_string(contexts.size()) + ", its data when this document was read:\n\n";
-    return text + (data.is_null() ? std::string("(no data)") : data.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)) + "\n";
+    return text +
+           (data.is_null() ? std::string("(no data)")
+                           : data.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)) +
+           "\n";
 }
 
 Reply StackView::evaluate(AbstractHost& host, const nlohmann::json& arguments)
@@ -204,8 +217,8 @@ Reply StackView::evaluate(AbstractHost& host, const nlohmann::json& arguments)
         return reply;
     }
     nlohmann::json result = store.describe(expression, value);
-    nlohmann::json body = {{"result", result["value"]}, {"type", result["type"]},
-                           {"variablesReference", result["variablesReference"]}};
+    nlohmann::json body = {
+        {"result", result["value"]}, {"type", result["type"]}, {"variablesReference", result["variablesReference"]}};
     for (const char* count : {"namedVariables", "indexedVariables"}) {
         if (result.contains(count)) {
             body[count] = result[count];

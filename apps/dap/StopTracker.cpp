@@ -49,11 +49,12 @@ std::vector<nlohmann::json> StopTracker::tell(const nlohmann::json& hostEvent)
         // The host tells no cause: a stop after the session's pause or step is the session's, any
         // other a pause by another client.
         stoppedBySession = stoppedBySession || !pending.empty();
-        return {stop(entity, pending.empty() ? "pause" : pending, pending.empty() ? byAnotherClient : "", nlohmann::json(),
-                     pausedAll)};
+        return {stop(entity, pending.empty() ? "pause" : pending, pending.empty() ? byAnotherClient : "",
+                     nlohmann::json(), pausedAll)};
     }
     if (type == "registration" || type == "unregistration") {
-        return {event("thread", {{"reason", type == "registration" ? "started" : "exited"}, {"threadId", Arguments::toThread(entity)}})};
+        return {event("thread", {{"reason", type == "registration" ? "started" : "exited"},
+                                 {"threadId", Arguments::toThread(entity)}})};
     }
     return {};
 }

@@ -35,7 +35,7 @@ private:
     nlohmann::json stop(unsigned int entity, const std::string& reason, const std::string& description,
                         const nlohmann::json& hitBreakpoints, bool allThreads);
 
-    std::string pending;   // "pause", "step" or "" when the session armed nothing
+    std::string pending; // "pause", "step" or "" when the session armed nothing
     bool pausedAll = false;
     bool stopped = false;
     bool stoppedBySession = false;

@@ -46,8 +46,8 @@ nlohmann::json VariableStore::list(int reference)
 
 nlohmann::json VariableStore::describe(const std::string& name, const nlohmann::json& value)
 {
-    nlohmann::json variable = {{"name", name}, {"value", toText(value)}, {"type", typeOf(value)},
-                               {"variablesReference", add(value)}};
+    nlohmann::json variable = {
+        {"name", name}, {"value", toText(value)}, {"type", typeOf(value)}, {"variablesReference", add(value)}};
     if (value.is_object()) {
         variable["namedVariables"] = value.size();
     } else if (value.is_array()) {
@@ -81,14 +81,21 @@ std::string VariableStore::toText(const nlohmann::json& value)
 std::string VariableStore::typeOf(const nlohmann::json& value)
 {
     switch (value.type()) {
-    case nlohmann::json::value_t::object: return "object";
-    case nlohmann::json::value_t::array: return "array";
-    case nlohmann::json::value_t::string: return "string";
-    case nlohmann::json::value_t::boolean: return "boolean";
+    case nlohmann::json::value_t::object:
+        return "object";
+    case nlohmann::json::value_t::array:
+        return "array";
+    case nlohmann::json::value_t::string:
+        return "string";
+    case nlohmann::json::value_t::boolean:
+        return "boolean";
     case nlohmann::json::value_t::number_integer:
-    case nlohmann::json::value_t::number_unsigned: return "integer";
-    case nlohmann::json::value_t::number_float: return "real";
-    default: return "null";
+    case nlohmann::json::value_t::number_unsigned:
+        return "integer";
+    case nlohmann::json::value_t::number_float:
+        return "real";
+    default:
+        return "null";
     }
 }
 

@@ -17,8 +17,9 @@ int run(int argc, char** argv)
                  "Messages come on standard input and go to standard output; messages about the adapter go to "
                  "standard error.");
     unsigned int port = 0;
-    CLI::Option* listening = app.add_option("--listen", port, "serve editors that connect to 127.0.0.1:PORT instead "
-                                                              "(0 takes a free port, printed on standard error)")
+    CLI::Option* listening = app.add_option("--listen", port,
+                                            "serve editors that connect to 127.0.0.1:PORT instead "
+                                            "(0 takes a free port, printed on standard error)")
                                  ->type_name("PORT")
                                  ->check(CLI::Range(0u, 65535u));
     app.set_version_flag("--version", std::string("tov-dap ") + TOV_VERSION_TEXT);

@@ -17,11 +17,11 @@ int parseOptions(int argc, const char* const* argv, Options& options, std::ostre
     app.add_option("--bind", options.bind, "the address to listen on (an IPv4 address)");
     app.add_option("--seconds", options.seconds, "stop after this many seconds; 0 runs until Ctrl-C")
         ->check(CLI::Range(0u, 86400u * 365u));
-    CLI::Option* agents = app.add_option("--agents", options.agents, "the number of foragers")
-                              ->check(CLI::Range(1u, 10000u));
+    CLI::Option* agents =
+        app.add_option("--agents", options.agents, "the number of foragers")->check(CLI::Range(1u, 10000u));
     app.add_option("--workers", options.workers, "the worker threads that run them")->check(CLI::Range(1u, 64u));
-    CLI::Option* seed = app.add_option("--seed", options.seed, "the seed of the random streams")
-                            ->check(CLI::Range(0u, 0xFFFFFFFFu));
+    CLI::Option* seed =
+        app.add_option("--seed", options.seed, "the seed of the random streams")->check(CLI::Range(0u, 0xFFFFFFFFu));
     CLI::Option* tick = app.add_option("--tick-ms", options.tickMilliseconds, "milliseconds between rounds")
                             ->check(CLI::Range(0u, 60000u));
     app.add_option("--lifespan", options.lifespan,
@@ -33,8 +33,9 @@ int parseOptions(int argc, const char* const* argv, Options& options, std::ostre
     CLI::Option* save = app.add_option("--save", options.save,
                                        "the prefix of the files written on exit; \"\" writes none "
                                        "(with --tour, nothing is written unless --save is given)");
-    app.add_flag("--tour", options.tour, "drive the inspector with tov-inspect through a scripted session and "
-                                         "exit 0 when every step behaved");
+    app.add_flag("--tour", options.tour,
+                 "drive the inspector with tov-inspect through a scripted session and "
+                 "exit 0 when every step behaved");
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {

@@ -17,17 +17,11 @@ namespace debugger = tov::utils::debugger;
 
 Simulation::Simulation(World& world, WorldEngine& engine, std::vector<Agent*> agents, unsigned int workerCount,
                        unsigned int tickMilliseconds, long long firstTick, unsigned int lifespan)
-    : world(world),
-      engine(engine),
-      agents(std::move(agents)),
-      workers(workerCount == 0 ? 1 : workerCount),
-      tickMilliseconds(tickMilliseconds),
-      firstTick(firstTick),
-      lifespan(lifespan),
+    : world(world), engine(engine), agents(std::move(agents)), workers(workerCount == 0 ? 1 : workerCount),
+      tickMilliseconds(tickMilliseconds), firstTick(firstTick), lifespan(lifespan),
       live_(tov::utils::Uri::create(BehaviourLocations::live)),
       seek_(tov::utils::Uri::create(BehaviourLocations::seek)),
-      move_(tov::utils::Uri::create(BehaviourLocations::move)),
-      eat_(tov::utils::Uri::create(BehaviourLocations::eat))
+      move_(tov::utils::Uri::create(BehaviourLocations::move)), eat_(tov::utils::Uri::create(BehaviourLocations::eat))
 {
     std::vector<unsigned int> ids;
     for (const Agent* agent : this->agents) {
@@ -57,8 +51,7 @@ void Simulation::start()
 void Simulation::stop()
 {
     stopping = true;
-    debugger::DebuggerFramework& debug =
-        tov::utils::Facilities::instance().getInspectionFramework().getDebugger();
+    debugger::DebuggerFramework& debug = tov::utils::Facilities::instance().getInspectionFramework().getDebugger();
     for (Worker& worker : workers) {
         // A thread let go may reach the gate again at its next push or breakpoint before it sees the
         // flag: keep opening the gate until it says it has left.

@@ -23,9 +23,7 @@ namespace type = tov::utils::type;
 // what the client printed; the checks read the same commands' JSON quietly. Failed checks are counted.
 class Session {
 public:
-    Session(const std::string& url, std::ostream& out) : target{"--url", url}, out(out)
-    {
-    }
+    Session(const std::string& url, std::ostream& out) : target{"--url", url}, out(out) {}
 
     // The client's exit status; `printed` receives its output.
     int show(const std::vector<std::string>& command, std::string* printed = nullptr)
@@ -185,7 +183,8 @@ bool runTour(const std::string& url, unsigned int agents, std::ostream& out)
     const bool hit = armed && session.show({"wait-suspended", "--timeout", "10"}) == tov::inspect::exitSuccess;
     session.check(hit, "an agent stopped");
     if (armed) {
-        session.check(session.show({"unsubscribe", requestId}) == tov::inspect::exitSuccess, "the breakpoint is removed");
+        session.check(session.show({"unsubscribe", requestId}) == tov::inspect::exitSuccess,
+                      "the breakpoint is removed");
     }
     if (!hit) {
         session.show({"resume"});
@@ -251,10 +250,12 @@ bool runTour(const std::string& url, unsigned int agents, std::ostream& out)
     session.check(breakpoints >= 1, "a breakpoint event at " + seek);
     // A breakpoint stops its thread without a suspension event; each step's stop has one.
     session.check(suspensions >= 2, "a suspension event of agent " + entity + " for each step");
-    session.check(session.show({"events", "--delete"}) == tov::inspect::exitSuccess, "the events are shown and deleted");
+    session.check(session.show({"events", "--delete"}) == tov::inspect::exitSuccess,
+                  "the events are shown and deleted");
     session.check(countElements(session.read({"get", "events"})) == 0, "no event is left");
 
-    out << "tour: " << (session.failures == 0 ? "every step behaved" : std::to_string(session.failures) + " checks failed")
+    out << "tour: "
+        << (session.failures == 0 ? "every step behaved" : std::to_string(session.failures) + " checks failed")
         << std::endl;
     return session.failures == 0;
 }

@@ -116,8 +116,8 @@ std::string World::toPropertyPath(const tov::utils::DynamicObject& object, const
     return key.empty() ? std::string(1, '\0') : key;
 }
 
-bool World::serve(const char* path, unsigned int length, tov::utils::AbstractObjectBuilder& builder,
-                  unsigned int first, unsigned int count) const
+bool World::serve(const char* path, unsigned int length, tov::utils::AbstractObjectBuilder& builder, unsigned int first,
+                  unsigned int count) const
 {
     std::lock_guard<std::mutex> guard(mutex);
     const std::string key = toPropertyPath(state, path, length);
@@ -142,7 +142,9 @@ bool World::serve(const char* path, unsigned int length, tov::utils::AbstractObj
     } else {
         // A reply is an object or an array: a single value goes out under its own name, {"tick":42}.
         const std::size_t cut = key.find_last_of(".[");
-        const std::string name = cut == std::string::npos ? key : key.substr(cut + 1, key.back() == ']' ? key.size() - cut - 2 : std::string::npos);
+        const std::string name = cut == std::string::npos ? key
+                                                          : key.substr(cut + 1, key.back() == ']' ? key.size() - cut - 2
+                                                                                                  : std::string::npos);
         part.put(part.addProperty(name.c_str()), state, property);
     }
     return tov::utils::serializeDynamicObject(part, builder);
@@ -243,8 +245,8 @@ bool World::read(const tov::utils::DynamicObject& world, unsigned int& seed, lon
         if (kind == tov::utils::type::object) {
             if (agent->readState(world, entry, problem) && world.getChild(entry, "random") != 0 &&
                 (!reader.readString(world.getChild(entry, "random"), text, nullptr) ||
-                 !tov::utils::deserializeRandom(text, static_cast<unsigned int>(std::strlen(text)),
-                                                agent->getRandom(), nullptr))) {
+                 !tov::utils::deserializeRandom(text, static_cast<unsigned int>(std::strlen(text)), agent->getRandom(),
+                                                nullptr))) {
                 problem = "'random' is not a saved random stream";
             }
         } else if (kind != tov::utils::type::null) {

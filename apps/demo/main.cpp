@@ -102,8 +102,7 @@ int run(const demo::Options& options, tov::utils::AbstractLogger& logger)
         return 1;
     }
 
-    tov::utils::debugger::InspectionFramework& inspector =
-        tov::utils::Facilities::instance().getInspectionFramework();
+    tov::utils::debugger::InspectionFramework& inspector = tov::utils::Facilities::instance().getInspectionFramework();
     demo::World world;
     world.reset(seed, agents);
     world.setTick(tick);
@@ -139,8 +138,7 @@ int run(const demo::Options& options, tov::utils::AbstractLogger& logger)
             std::cout << "open " << url << "/ui/\n"
                       << "tov-demo: " << plural(simulation.countAgents(), "agent") << " on "
                       << plural(options.workers, "worker thread") << ", seed " << seed
-                      << (options.lifespan == 0 ? std::string()
-                                                : ", each living " + plural(options.lifespan, "round"))
+                      << (options.lifespan == 0 ? std::string() : ", each living " + plural(options.lifespan, "round"))
                       << "\n"
                       << "inspector listening on " << url << "\n"
                       << "  the world:     curl " << base << "/world/agents/3\n"
@@ -181,13 +179,12 @@ int run(const demo::Options& options, tov::utils::AbstractLogger& logger)
                     nextStatus += std::chrono::seconds(1);
                     const tov::utils::debugger::DebuggerFramework& debug = inspector.getDebugger();
                     const unsigned int stopped = debug.getSuspendedEntity();
-                    std::cout << "tick " << simulation.getTick() << "  "
-                              << plural(simulation.countAgents(), "agent") << "  "
-                              << (debug.isSuspended()
-                                      ? "suspended" + (stopped == tov::utils::debugger::invalidEntity
-                                                           ? std::string()
-                                                           : " (agent " + std::to_string(stopped) + ")")
-                                      : std::string("running"))
+                    std::cout << "tick " << simulation.getTick() << "  " << plural(simulation.countAgents(), "agent")
+                              << "  "
+                              << (debug.isSuspended() ? "suspended" + (stopped == tov::utils::debugger::invalidEntity
+                                                                           ? std::string()
+                                                                           : " (agent " + std::to_string(stopped) + ")")
+                                                      : std::string("running"))
                               << std::endl;
                 }
             }

@@ -209,12 +209,17 @@ std::string completionScript(const CLI::App& app)
            "_tov_inspect() {\n"
            "  local current=${COMP_WORDS[COMP_CWORD]} command= words i\n"
            "  for ((i = 1; i < COMP_CWORD; i++)); do\n"
-           "    case \" " + commands + " \" in *\" ${COMP_WORDS[i]} \"*) command=${COMP_WORDS[i]}; break ;; esac\n"
+           "    case \" " +
+           commands +
+           " \" in *\" ${COMP_WORDS[i]} \"*) command=${COMP_WORDS[i]}; break ;; esac\n"
            "  done\n"
            "  case $command in\n"
-           "    '') words=\"" + commands + "\" ;;\n" + cases +
+           "    '') words=\"" +
+           commands + "\" ;;\n" + cases +
            "  esac\n"
-           "  [[ $current == -* ]] && words=\"$words " + options + "\"\n"
+           "  [[ $current == -* ]] && words=\"$words " +
+           options +
+           "\"\n"
            "  COMPREPLY=($(compgen -W \"$words\" -- \"$current\"))\n"
            "}\n"
            "complete -F _tov_inspect tov-inspect\n";
@@ -251,32 +256,40 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
         return sub;
     };
 
-    command("engines", "the host's engines and whether each is on (a host in the exact form: which of debug, events, world and each PATH answer)",
+    command("engines",
+            "the host's engines and whether each is on (a host in the exact form: which of debug, events, world and "
+            "each PATH answer)",
             [&](Session& s) { return probeEngines(s, given.paths); })
         ->add_option("PATH", given.paths, "more engine paths to probe");
     command("enable", "switch an engine of the host on, checking that the host has it",
             [&](Session& s) { return switchEngine(s, given.engine, true); })
-        ->add_option("ENGINE", given.engine, "the engine's path, such as debug")->required();
+        ->add_option("ENGINE", given.engine, "the engine's path, such as debug")
+        ->required();
     command("disable", "switch an engine off (disabling debug lets a suspended simulation go)",
             [&](Session& s) { return switchEngine(s, given.engine, false); })
-        ->add_option("ENGINE", given.engine, "the engine's path, such as debug")->required();
+        ->add_option("ENGINE", given.engine, "the engine's path, such as debug")
+        ->required();
     command("entities", "every entity the debugger knows, with its state and top location",
             [&](Session& s) { return listEntities(s); });
     command("stack", "the frames of an entity, bottom first", [&](Session& s) { return showStack(s, given.entity); })
-        ->add_option("ENTITY", given.entity, "the entity's number")->required();
+        ->add_option("ENTITY", given.entity, "the entity's number")
+        ->required();
     CLI::App* context = command("context", "the content of one frame",
                                 [&](Session& s) { return showContext(s, given.entity, given.index); });
     context->add_option("ENTITY", given.entity, "the entity's number")->required();
     context->add_option("INDEX", given.index, "the frame's index, 0 at the bottom")->required();
     command("status", "whether the simulation is suspended; when it is, every entity and where it is",
             [&](Session& s) { return showStatus(s); });
-    command("suspend", "stop every entity, or one, at its next frame change", [&](Session& s) {
-        return suspend(s, given.suspendEntity.empty() ? -1LL : static_cast<long long>(given.suspendEntity[0]));
-    })->add_option("ENTITY", given.suspendEntity, "only this entity (not 0: the host reads 0 as every entity)")
+    command("suspend", "stop every entity, or one, at its next frame change",
+            [&](Session& s) {
+                return suspend(s, given.suspendEntity.empty() ? -1LL : static_cast<long long>(given.suspendEntity[0]));
+            })
+        ->add_option("ENTITY", given.suspendEntity, "only this entity (not 0: the host reads 0 as every entity)")
         ->expected(0, 1);
     command("resume", "let a suspended simulation go", [&](Session& s) { return resume(s); });
-    CLI::App* stepping = command("step", "go on to the next frame change (in), over the current frame or out of it, "
-                                         "then wait for the stop and print where it is",
+    CLI::App* stepping = command("step",
+                                 "go on to the next frame change (in), over the current frame or out of it, "
+                                 "then wait for the stop and print where it is",
                                  [&](Session& s) { return step(s, given.kind, !given.noWait, given.waitTimeout); });
     stepping->add_option("KIND", given.kind, "in, over or out")
         ->required()
@@ -290,17 +303,17 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
         ->add_option("--timeout", given.waitTimeout, "seconds to wait")
         ->check(CLI::Range(0.0, 1e6))
         ->capture_default_str();
-    CLI::App* breaking =
-        command("break", "subscribe to a breakpoint at a location (every entity: the host's entity filter "
-                         "over HTTP selects entity 0 only); prints the request id",
-                [&](Session& s) {
-                    if (!isLocation(given.location)) {
-                        return usageError(s.err, "break: '" + given.location +
-                                                     "' is no location; a location is a URI such as "
-                                                     "tov:agents/forager.behavior#seek");
-                    }
-                    return setBreakpoint(s, given.location, given.hits);
-                });
+    CLI::App* breaking = command("break",
+                                 "subscribe to a breakpoint at a location (every entity: the host's entity filter "
+                                 "over HTTP selects entity 0 only); prints the request id",
+                                 [&](Session& s) {
+                                     if (!isLocation(given.location)) {
+                                         return usageError(s.err, "break: '" + given.location +
+                                                                      "' is no location; a location is a URI such as "
+                                                                      "tov:agents/forager.behavior#seek");
+                                     }
+                                     return setBreakpoint(s, given.location, given.hits);
+                                 });
     breaking->add_option("LOCATION", given.location, "a URI, such as tov:agents/forager.behavior#seek")->required();
     breaking->add_option("--hits", given.hits, "hit from the Nth pass on (passes of every entity count)")
         ->check(CLI::Range(0LL, LLONG_MAX))
@@ -321,8 +334,9 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
     events->add_flag("--follow", given.follow, "keep polling for new events until Ctrl-C or --count of them");
     events->add_flag("--delete", given.remove, "delete each event on the host once shown");
     events->add_option("--count", given.count, "stop after this many events (0: no limit)")->capture_default_str();
-    command("get", "any resource of the host as JSON: a path below /api/, or one pasted whole (/api/world/tick, "
-                   "http://127.0.0.1:8000/api/world/tick)",
+    command("get",
+            "any resource of the host as JSON: a path below /api/, or one pasted whole (/api/world/tick, "
+            "http://127.0.0.1:8000/api/world/tick)",
             [&](Session& s) { return getResource(s, given.resource); })
         ->add_option("PATH", given.resource, "such as world/agents/3")
         ->required();

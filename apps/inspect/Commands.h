@@ -13,9 +13,9 @@ namespace inspect {
 
 enum ExitStatus : int {
     exitSuccess = 0,
-    exitRefused = 1,       // the host answered with an error status, refused, or sent what was not expected
+    exitRefused = 1, // the host answered with an error status, refused, or sent what was not expected
     exitUsage = 2,
-    exitUnreachable = 3,   // no connection, or it broke during an exchange
+    exitUnreachable = 3, // no connection, or it broke during an exchange
 };
 
 // `arguments` without the program's name. Results go to `out`, diagnostics to `err`. `environment`

@@ -19,7 +19,7 @@ constexpr long long noEntity = 4294967295LL;
 
 struct State {
     bool suspended = false;
-    long long entity = -1;   // the entity that stopped, -1 when the host does not know it
+    long long entity = -1; // the entity that stopped, -1 when the host does not know it
 };
 
 bool readState(Session& session, State& state)

@@ -106,7 +106,7 @@ void addRow(Table& table, const nlohmann::json& event)
 
 int followEvents(Session& session, bool remove, unsigned long long limit)
 {
-    std::set<long long> shown;   // kept on the host unless deleted, so not shown twice
+    std::set<long long> shown; // kept on the host unless deleted, so not shown twice
     unsigned long long count = 0;
     bool headed = false;
     while ((limit == 0 || count < limit) && !isInterrupted()) {

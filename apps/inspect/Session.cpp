@@ -19,11 +19,8 @@ static_assert(std::atomic<bool>::is_always_lock_free, "interrupt() is called fro
 } // namespace
 
 Session::Session(const Settings& settings, std::ostream& out, std::ostream& err)
-    : out(out),
-      err(err),
-      json(settings.json),
-      client(settings.base, settings.token, static_cast<long>(settings.timeoutSeconds * 1000)),
-      status(exitSuccess)
+    : out(out), err(err), json(settings.json),
+      client(settings.base, settings.token, static_cast<long>(settings.timeoutSeconds * 1000)), status(exitSuccess)
 {
 }
 
@@ -57,8 +54,7 @@ int Session::unexpected(const char* method, const std::string& path)
     return fail(exitRefused, std::string(method) + " /api/" + path + ": the reply is not the document expected");
 }
 
-bool Session::exchange(const char* method, const std::string& path, const std::string& body,
-                       client::HostReply& reply)
+bool Session::exchange(const char* method, const std::string& path, const std::string& body, client::HostReply& reply)
 {
     if (client.exchange(method, path, body, reply)) {
         return true;
@@ -102,14 +98,14 @@ bool Session::accept(const char* method, const std::string& path, const client::
     return false;
 }
 
-bool Session::call(const char* method, const std::string& path, const std::string& body,
-                   client::HostReply& reply, const std::string& refusal, const std::string& absence)
+bool Session::call(const char* method, const std::string& path, const std::string& body, client::HostReply& reply,
+                   const std::string& refusal, const std::string& absence)
 {
     return exchange(method, path, body, reply) && accept(method, path, reply, refusal, absence);
 }
 
-bool Session::callJson(const char* method, const std::string& path, const std::string& body,
-                       nlohmann::json& document, const std::string& refusal, const std::string& absence)
+bool Session::callJson(const char* method, const std::string& path, const std::string& body, nlohmann::json& document,
+                       const std::string& refusal, const std::string& absence)
 {
     client::HostReply reply;
     if (!call(method, path, body, reply, refusal, absence)) {

@@ -21,8 +21,8 @@ namespace inspect {
 using nlohmann::json;
 
 struct Settings {
-    std::string base;    // "http://127.0.0.1:8000"
-    std::string token;   // sent as a bearer token unless empty
+    std::string base;  // "http://127.0.0.1:8000"
+    std::string token; // sent as a bearer token unless empty
     bool json = false;
     double timeoutSeconds = 10;
 };

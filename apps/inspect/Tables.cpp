@@ -23,9 +23,7 @@ void printRow(std::ostream& out, const std::vector<std::string>& cells, const st
 
 } // namespace
 
-Table::Table(std::vector<std::string> headers) : headers(std::move(headers)), minimumWidths(this->headers.size(), 0)
-{
-}
+Table::Table(std::vector<std::string> headers) : headers(std::move(headers)), minimumWidths(this->headers.size(), 0) {}
 
 void Table::addRow(std::vector<std::string> cells)
 {

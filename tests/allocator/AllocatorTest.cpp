@@ -45,7 +45,7 @@ TEST(Allocator, AccountsLiveBytesBlocksPeakAndCount)
     EXPECT_EQ(before.liveBlocks + 2, service.getLiveBlocks());
     EXPECT_EQ(before.allocationCount + 2, service.getAllocationCount());
     service.deallocate(a, 100);
-    service.deallocate(b, 0);   // the size may be unknown: the service keeps it
+    service.deallocate(b, 0); // the size may be unknown: the service keeps it
     EXPECT_EQ(before.liveBytes, service.getLiveBytes());
     EXPECT_EQ(before.liveBlocks, service.getLiveBlocks());
     EXPECT_GE(service.getPeakBytes(), before.liveBytes + 128);
@@ -57,10 +57,10 @@ TEST(Allocator, ReallocateKeepsTheContentAndTheAccounts)
     const unsigned long long liveBytes = service.getLiveBytes();
     char* block = static_cast<char*>(service.reallocate(nullptr, 4));
     std::copy_n("abcd", 4, block);
-    block = static_cast<char*>(service.reallocate(block, 4096));   // grows: the old four bytes come along
+    block = static_cast<char*>(service.reallocate(block, 4096)); // grows: the old four bytes come along
     EXPECT_EQ(0, std::memcmp(block, "abcd", 4));
     EXPECT_EQ(liveBytes + 4096, service.getLiveBytes());
-    block = static_cast<char*>(service.reallocate(block, 2));   // shrinks: reads no further than it may
+    block = static_cast<char*>(service.reallocate(block, 2)); // shrinks: reads no further than it may
     EXPECT_EQ(0, std::memcmp(block, "ab", 2));
     service.deallocate(block, 0);
     EXPECT_EQ(liveBytes, service.getLiveBytes());
@@ -89,7 +89,7 @@ TEST(Allocator, TrackedArraysAreGivenBackExactlyWithoutTheirSize)
 {
     const unsigned long long liveBytes = Allocator::instance().getLiveBytes();
     char* buffer = TOV_NEW_ARRAY(10);
-    EXPECT_EQ(liveBytes + 14, Allocator::instance().getLiveBytes());   // the count word is part of the block
+    EXPECT_EQ(liveBytes + 14, Allocator::instance().getLiveBytes()); // the count word is part of the block
     buffer[9] = 'x';
     TOV_DELETE_ARRAY(buffer);
     TOV_DELETE_ARRAY(nullptr);

@@ -50,8 +50,9 @@ void runSimulationUnderTheInspector(LockedLogger& log)
     simulation.run(1, {push("tov:a"), push("tov:b"), pop(), pop()});
     simulation.run(0, {push("tov:a"), pass("tov:b"), pop()});
     EXPECT_TRUE(waitFor([&] { return framework.getDebugger().isSuspended(); }));
-    for (const char* path : {"debug", "debug/entities", "debug/entities/1", "debug/entities/1/contexts",
-                             "debug/entities/1/contexts/0", "debug/entities/1/contexts/1", "debug/suspend", "events", "events/0", "world/x?a=1"}) {
+    for (const char* path :
+         {"debug", "debug/entities", "debug/entities/1", "debug/entities/1/contexts", "debug/entities/1/contexts/0",
+          "debug/entities/1/contexts/1", "debug/suspend", "events", "events/0", "world/x?a=1"}) {
         exchangeBody(port, "GET", path);
     }
     exchangeBody(port, "POST", "debug/stepin");

@@ -48,7 +48,7 @@ protected:
         framework().shutdownHttp();
         debugger::HttpSettings settings;
         settings.connectionThreads = 4;
-        settings.allowedHosts.push_back("test");   // the name that the requests of the fixture give
+        settings.allowedHosts.push_back("test"); // the name that the requests of the fixture give
         ASSERT_TRUE(framework().startHttp(settings));
         port = framework().getHttpPort();
     }
@@ -59,8 +59,8 @@ protected:
     {
         const std::string raw = exchange(request(method, "/api/" + path, body));
         const std::vector<HttpReply> answers = RawHttpClient::parseReplies(raw);
-        const bool wellFormed = !answers.empty() && answers[0].header("Content-Length") ==
-                                                        std::to_string(answers[0].body.size()) &&
+        const bool wellFormed = !answers.empty() &&
+                                answers[0].header("Content-Length") == std::to_string(answers[0].body.size()) &&
                                 (answers[0].status == 200 || answers[0].status == 204 || answers[0].status == 400 ||
                                  answers[0].status == 404);
         if (!wellFormed) {
@@ -84,7 +84,8 @@ protected:
                 call("GET", "debug/entities/" + std::to_string(random() % 4) + "/contexts");
                 break;
             case 1:
-                call("GET", "debug/entities/" + std::to_string(random() % 4) + "/contexts/" + std::to_string(random() % 3));
+                call("GET",
+                     "debug/entities/" + std::to_string(random() % 4) + "/contexts/" + std::to_string(random() % 3));
                 break;
             case 2: {
                 // Reads one of the queued events and deletes them all, one by one, as a polling client does.

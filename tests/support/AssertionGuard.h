@@ -27,12 +27,12 @@ private:
 } // namespace tov
 
 // Expects `statement` to fail an assertion with exactly `text`.
-#define EXPECT_ASSERTION(statement, text)                                                                 \
-    do {                                                                                                 \
-        try {                                                                                            \
-            statement;                                                                                   \
-            ADD_FAILURE() << "no assertion from " #statement;                                            \
-        } catch (const std::runtime_error& failure) {                                                    \
-            EXPECT_STREQ(text, failure.what());                                                          \
-        }                                                                                                \
+#define EXPECT_ASSERTION(statement, text)                                                                              \
+    do {                                                                                                               \
+        try {                                                                                                          \
+            statement;                                                                                                 \
+            ADD_FAILURE() << "no assertion from " #statement;                                                          \
+        } catch (const std::runtime_error& failure) {                                                                  \
+            EXPECT_STREQ(text, failure.what());                                                                        \
+        }                                                                                                              \
     } while (false)

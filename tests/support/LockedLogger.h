@@ -33,8 +33,8 @@ public:
     std::size_t count(char level) const
     {
         std::lock_guard<std::mutex> guard(mutex);
-        return static_cast<std::size_t>(std::count_if(messages.begin(), messages.end(),
-                                                      [level](const std::string& m) { return m[0] == level; }));
+        return static_cast<std::size_t>(
+            std::count_if(messages.begin(), messages.end(), [level](const std::string& m) { return m[0] == level; }));
     }
     void clear()
     {

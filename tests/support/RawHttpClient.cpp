@@ -106,7 +106,7 @@ std::string RawHttpClient::exchange(unsigned int port, const std::string& reques
     if (!client.connect()) {
         return "";
     }
-    client.send(request);   // the server may answer and close before it has read everything
+    client.send(request); // the server may answer and close before it has read everything
     return client.receiveAll();
 }
 

@@ -10,10 +10,10 @@ namespace testing {
 
 struct HttpReply {
     int status = 0;
-    std::string head;   // the status line and the header lines, each with its CR LF
+    std::string head; // the status line and the header lines, each with its CR LF
     std::string body;
 
-    std::string header(const std::string& name) const;   // "" when absent
+    std::string header(const std::string& name) const; // "" when absent
 };
 
 // A port that nothing listens on at 127.0.0.1 right now; 0 when none could be found.

@@ -14,8 +14,7 @@ using namespace tov::utils;
 
 namespace {
 
-class Containers : public tov::testing::AssertionTest {
-};
+class Containers : public tov::testing::AssertionTest {};
 
 std::vector<unsigned long long> keysInOrder(const HashTable<int>& table)
 {
@@ -68,7 +67,7 @@ TEST_F(Containers, HashTableGrowsAtSevenTenthsAndKeepsInsertionOrder)
         EXPECT_EQ(static_cast<int>(key), table.get(key));
     }
 
-    table.insert(13, -1);   // overwrites in place
+    table.insert(13, -1); // overwrites in place
     EXPECT_EQ(inserted, keysInOrder(table));
     EXPECT_EQ(-1, table.get(13));
 
@@ -107,7 +106,7 @@ TEST_F(Containers, BlockAllocatorReusesFreedBlocksLastInFirstOut)
         EXPECT_EQ(a, blocks.allocate());
         blocks.free(a);
         EXPECT_ASSERTION(blocks.free(a), "unable to find address among allocated blocks, unable to free");
-    }   // the used block b is given back too
+    } // the used block b is given back too
     EXPECT_EQ(liveBytes, tov::allocator::Allocator::instance().getLiveBytes());
 }
 
@@ -122,7 +121,7 @@ TEST_F(Containers, StringPoolKeepsShortStringsAndDropsLongOnes)
     pool.recycle(kept);
     EXPECT_EQ(1u, pool.size());
     other->assign("five!");
-    pool.recycle(other);   // longer than the maximum: destroyed
+    pool.recycle(other); // longer than the maximum: destroyed
     EXPECT_EQ(1u, pool.size());
     String* again = pool.obtain();
     EXPECT_EQ(kept, again);
@@ -130,7 +129,7 @@ TEST_F(Containers, StringPoolKeepsShortStringsAndDropsLongOnes)
     EXPECT_ASSERTION(pool.recycle(nullptr), "null pointer not allowed for parameter 'string'");
     pool.recycle(again);
 
-    StringPool copy(pool);   // no shared strings, so both can go without a double release
+    StringPool copy(pool); // no shared strings, so both can go without a double release
     EXPECT_EQ(0u, copy.size());
 }
 
@@ -146,7 +145,7 @@ TEST_F(Containers, ScopedPtrOwnsResetsAndSwaps)
         ScopedPtr<Shape> owner(TOV_NEW Square());
         EXPECT_EQ(4, owner->corners());
         EXPECT_ASSERTION(owner.reset(owner.get()), "resetting a scoped ptr to itself!");
-        EXPECT_EQ(4, (*owner).corners());   // still owned, not destroyed
+        EXPECT_EQ(4, (*owner).corners()); // still owned, not destroyed
         owner.swap(empty);
         EXPECT_FALSE(owner);
         EXPECT_TRUE(empty);

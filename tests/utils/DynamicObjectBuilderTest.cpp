@@ -48,7 +48,7 @@ TEST(AbstractObjectBuilderTest, EveryValueKindIsRefusedByDefault)
     EXPECT_EQ(nullptr, builder.getLogger());
     EXPECT_TRUE(builder.begin());
     EXPECT_TRUE(builder.end());
-    EXPECT_FALSE(builder.null());   // silently, without a logger
+    EXPECT_FALSE(builder.null()); // silently, without a logger
 
     BufferLogger logger(true, true, true);
     builder.setLogger(&logger);

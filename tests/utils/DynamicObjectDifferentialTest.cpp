@@ -549,7 +549,8 @@ private:
     bool rebuildAfterCompare = false;
 };
 
-class DynamicObjectDifferentialTest : public testing::AssertionTest, public ::testing::WithParamInterface<unsigned int> {};
+class DynamicObjectDifferentialTest : public testing::AssertionTest,
+                                      public ::testing::WithParamInterface<unsigned int> {};
 
 TEST_P(DynamicObjectDifferentialTest, RandomOperationsMatchAPlainTree)
 {

@@ -67,8 +67,7 @@ TEST_F(DynamicObjectIteratorTest, ArrayKeysSortAsText)
 {
     object.resize(object.addProperty("list"), 12);
     const Keys keys = walkKeys(object, object.getProperty("list"));
-    EXPECT_EQ((Keys{"", "[0]", "[10]", "[11]", "[1]", "[2]", "[3]", "[4]", "[5]", "[6]", "[7]", "[8]", "[9]"}),
-              keys);
+    EXPECT_EQ((Keys{"", "[0]", "[10]", "[11]", "[1]", "[2]", "[3]", "[4]", "[5]", "[6]", "[7]", "[8]", "[9]"}), keys);
     // By index the order is numeric.
     for (unsigned int i = 0; i < 12; ++i) {
         const std::string key = "list[" + std::to_string(i) + "]";

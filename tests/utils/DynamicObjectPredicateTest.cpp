@@ -39,14 +39,14 @@ TEST_F(DynamicObjectPredicateTest, EachComparatorOnEachKind)
     struct Case {
         const char* key;
         DynamicValue constant;
-        bool holds[6];   // equal, notEqual, greater, less, greaterOrEqual, lessOrEqual
+        bool holds[6]; // equal, notEqual, greater, less, greaterOrEqual, lessOrEqual
     };
     const Case cases[] = {
         {"i", DynamicValue(5), {true, false, false, false, true, true}},
         {"i", DynamicValue(4), {false, true, true, false, true, false}},
-        {"i", DynamicValue(2.5), {false, true, true, false, true, false}},   // read as a real
+        {"i", DynamicValue(2.5), {false, true, true, false, true, false}}, // read as a real
         {"r", DynamicValue(2.5), {true, false, false, false, true, true}},
-        {"r", DynamicValue(3), {false, true, false, true, false, true}},     // truncated to 2
+        {"r", DynamicValue(3), {false, true, false, true, false, true}}, // truncated to 2
         {"nan", DynamicValue(1.0), {false, true, false, false, false, false}},
         {"s", DynamicValue("a"), {false, true, true, false, true, false}},
         {"s", DynamicValue("b"), {true, false, false, false, true, true}},
@@ -78,14 +78,17 @@ TEST_F(DynamicObjectPredicateTest, AMissingPropertyIsFalseWithAMessage)
 
 TEST_F(DynamicObjectPredicateTest, ContractFaults)
 {
-    EXPECT_EQ("unexpected value type detected 0",
-              assertionOf([&] { static_cast<void>(Comparison("i", Comparison::equal, DynamicValue()).evaluate(object, nullptr)); }));
-    EXPECT_EQ("unexpected comparator detected 9", assertionOf([&] {
-                  static_cast<void>(
-                      Comparison("i", static_cast<Comparison::Comparator>(9), DynamicValue(1)).evaluate(object, nullptr));
+    EXPECT_EQ("unexpected value type detected 0", assertionOf([&] {
+                  static_cast<void>(Comparison("i", Comparison::equal, DynamicValue()).evaluate(object, nullptr));
               }));
-    EXPECT_EQ("Not an integer or a compatible type",
-              assertionOf([&] { static_cast<void>(Comparison("s", Comparison::equal, DynamicValue(1)).evaluate(object, nullptr)); }));
+    EXPECT_EQ(
+        "unexpected comparator detected 9", assertionOf([&] {
+            static_cast<void>(
+                Comparison("i", static_cast<Comparison::Comparator>(9), DynamicValue(1)).evaluate(object, nullptr));
+        }));
+    EXPECT_EQ("Not an integer or a compatible type", assertionOf([&] {
+                  static_cast<void>(Comparison("s", Comparison::equal, DynamicValue(1)).evaluate(object, nullptr));
+              }));
     EXPECT_EQ("null pointer not allowed as key when creating a simple condition",
               assertionOf([] { Comparison(nullptr, Comparison::equal, DynamicValue(1)); }));
     DynamicObjectCompositePredicate composite;

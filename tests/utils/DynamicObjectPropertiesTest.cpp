@@ -32,9 +32,14 @@ TEST_F(DynamicObjectPropertiesTest, WellFormedPathsLandOnTheNamedProperty)
         const char* foundAs;
     };
     const Case cases[] = {
-        {"a.b.c", "a.b.c"},     {"a.", "a"},           {"", ""},
-        {"ab[0]", "ab[0]"},     {"list[2]", "list[2]"}, {"ab[0].x", "ab[0].x"},
-        {"mm[1][2]", "mm[1][2]"}, {"mm[1][2].y.z", "mm[1][2].y.z"},
+        {"a.b.c", "a.b.c"},
+        {"a.", "a"},
+        {"", ""},
+        {"ab[0]", "ab[0]"},
+        {"list[2]", "list[2]"},
+        {"ab[0].x", "ab[0].x"},
+        {"mm[1][2]", "mm[1][2]"},
+        {"mm[1][2].y.z", "mm[1][2].y.z"},
         // The closing bracket of an empty pair is passed over and the rest taken as a name.
         {"ab[]", "ab.[]"},
     };
@@ -49,8 +54,17 @@ TEST_F(DynamicObjectPropertiesTest, WellFormedPathsLandOnTheNamedProperty)
 
 TEST_F(DynamicObjectPropertiesTest, MalformedPathsGiveZeroWithoutAssertion)
 {
-    const char* keys[] = {"a..b", ".a", "a]", "a.]", "a.b]", "a[x]", "a[-1]", "ab[1]]", "ab[100000]",
-                          "ab[4294967297]", "ab[99999999999999999999]"};
+    const char* keys[] = {"a..b",
+                          ".a",
+                          "a]",
+                          "a.]",
+                          "a.b]",
+                          "a[x]",
+                          "a[-1]",
+                          "ab[1]]",
+                          "ab[100000]",
+                          "ab[4294967297]",
+                          "ab[99999999999999999999]"};
     for (const char* key : keys) {
         DynamicObject fresh;
         EXPECT_EQ(0u, fresh.addProperty(key)) << key;
@@ -102,8 +116,8 @@ TEST_F(DynamicObjectPropertiesTest, TypeCompatibility)
         bool integer, real, string, boolean, array, object;
     };
     const Case cases[] = {
-        {"i", true, true, false, false, false, false},   {"r", true, true, false, false, false, false},
-        {"s", false, false, true, false, false, false},  {"b", false, false, false, true, false, false},
+        {"i", true, true, false, false, false, false},    {"r", true, true, false, false, false, false},
+        {"s", false, false, true, false, false, false},   {"b", false, false, false, true, false, false},
         {"arr", false, false, false, false, true, false}, {"obj", false, false, false, false, false, true},
         {"n", true, true, true, true, true, true},
     };
@@ -166,13 +180,13 @@ TEST_F(DynamicObjectPropertiesTest, ReadersConvertNumbersAndAssertOnOtherKinds)
 TEST_F(DynamicObjectPropertiesTest, KeyFormsWithALengthNeedNoTerminator)
 {
     const char text[] = "pos.xyz";
-    object.setInt(text, 5, 4);   // "pos.x"
+    object.setInt(text, 5, 4); // "pos.x"
     EXPECT_EQ(4, object.getInt("pos.x"));
     EXPECT_TRUE(object.hasProperty(text, 5));
     EXPECT_FALSE(object.hasProperty(text, 6));
     object.setString("name", 4, "speedy", 5);
     EXPECT_STREQ("speed", object.getString("name"));
-    object.setReal(text, 3, 1.0);   // "pos" becomes a real: its child goes
+    object.setReal(text, 3, 1.0); // "pos" becomes a real: its child goes
     EXPECT_FALSE(object.hasProperty("pos.x"));
 }
 

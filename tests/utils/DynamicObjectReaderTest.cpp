@@ -27,11 +27,11 @@ TEST_F(DynamicObjectReaderTest, ReadersOfOutsideInputRefuseWrongKindsWithTheReas
     const utils::DynamicObjectReader in(query);
     const struct {
         const char* key;
-        char kind;             // 'i', 'r', 'b' or 's'
-        const char* refusal;   // "" when the read succeeds
+        char kind;           // 'i', 'r', 'b' or 's'
+        const char* refusal; // "" when the read succeeds
     } cases[] = {
         {"add", 'i', ""},
-        {"add", 'r', ""},   // an integer is a number too
+        {"add", 'r', ""}, // an integer is a number too
         {"scale", 'r', ""},
         {"on", 'b', ""},
         {"name", 's', ""},
@@ -60,7 +60,7 @@ TEST_F(DynamicObjectReaderTest, ReadersOfOutsideInputRefuseWrongKindsWithTheReas
     EXPECT_TRUE(in.has("o"));
     EXPECT_FALSE(in.has("missing"));
     long long value = 7;
-    EXPECT_FALSE(in.readInt(0u, value, nullptr));   // by handle: 0 is absent, and the value stays
+    EXPECT_FALSE(in.readInt(0u, value, nullptr)); // by handle: 0 is absent, and the value stays
     EXPECT_EQ(7, value);
 }
 

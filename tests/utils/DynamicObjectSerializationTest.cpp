@@ -79,7 +79,7 @@ TEST(SavedForm, StartsWithTheVersionAndSavesNullAsAnEmptyObject)
     DynamicObject object = fromJson(R"({"gone":null,"n":3})");
     const std::string text = save(object);
     EXPECT_EQ(0u, text.find(std::string(versionBlock) + "root {\n  type: Object\n  objectValue {\n    key: \"gone\"\n"
-                                                       "    value {\n      type: Object\n    }\n  }\n"))
+                                                        "    value {\n      type: Object\n    }\n  }\n"))
         << text;
     DynamicObject loaded;
     ASSERT_TRUE(load(text, loaded));
@@ -103,7 +103,7 @@ TEST(SavedForm, ReadingChecksTheMajorVersionOnly)
     EXPECT_TRUE(load("version { major: 0 minor: 9 patch: 7 } " + root, object, &log));
     EXPECT_EQ(5, object.getInt("n"));
 
-    EXPECT_TRUE(load("version { major: 0 minor: 4 patch: 0 }", object, &log));   // no root: unchanged
+    EXPECT_TRUE(load("version { major: 0 minor: 4 patch: 0 }", object, &log)); // no root: unchanged
     EXPECT_EQ(5, object.getInt("n"));
 }
 
@@ -111,10 +111,10 @@ TEST(SavedForm, DamagedTextsAreRefused)
 {
     BufferLogger log(false, false, false);
     DynamicObject object;
-    EXPECT_FALSE(load("root { type: Object }", object, &log));   // the version is required
+    EXPECT_FALSE(load("root { type: Object }", object, &log)); // the version is required
     EXPECT_EQ(0u, lastMessage(log).find("Unable to deserialize a dynamic object: "));
     EXPECT_FALSE(load("version { major: 0 minor: 4 patch: 0 } root { type: Int }", object, &log));
-    EXPECT_EQ(1u, log.getMessages().size());   // the replay has no logger: only the result tells
+    EXPECT_EQ(1u, log.getMessages().size()); // the replay has no logger: only the result tells
     EXPECT_FALSE(load("version { major: 0 minor: 4 patch: 0 } root { type: Object objectValue { key: \"a.b\" "
                       "value { type: Int intValue: 1 } } }",
                       object, &log));

@@ -70,8 +70,8 @@ TEST_F(DynamicObjectTrieTest, ErasingTheLastNodesGivesTheirSlotsBack)
 TEST_F(DynamicObjectTrieTest, FreedNodesInsideAreReusedLastFreedFirst)
 {
     DynamicObject object;
-    object.addProperty("ab");              // 4 a, 5 b, 6 split, 7 value
-    EXPECT_EQ(9u, object.addProperty("ac"));   // 8 c on the greater side of b, 9 split, 10 value
+    object.addProperty("ab");                // 4 a, 5 b, 6 split, 7 value
+    EXPECT_EQ(9u, object.addProperty("ac")); // 8 c on the greater side of b, 9 split, 10 value
     Nodes nodes = snapshotTrie(object, object.getRoot());
     EXPECT_EQ(8u, nodes.at(5).greater);
     EXPECT_EQ(5u, nodes.at(4).equal);
@@ -94,8 +94,8 @@ TEST_F(DynamicObjectTrieTest, BooleansAreStoredInverted)
     DynamicObject::NodeAllocator nodes(16);
     {
         DynamicObject object(nodes, table);
-        object.setBool("t", true);    // 4 t, 5 split, 6 value
-        object.setBool("f", false);   // 7 f, 8 split, 9 value
+        object.setBool("t", true);  // 4 t, 5 split, 6 value
+        object.setBool("f", false); // 7 f, 8 split, 9 value
         EXPECT_TRUE(object.getBool("t"));
         EXPECT_FALSE(object.getBool("f"));
     }
@@ -149,7 +149,7 @@ TEST_F(DynamicObjectTrieTest, CharactersFrom0x80SortBelowTheSplitNode)
 TEST_F(DynamicObjectTrieTest, APropertyAddedAfterALongerSiblingHeadsItsLevel)
 {
     DynamicObject object;
-    object.setInt("pos2", 1);    // 4 p, 5 o, 6 s, 7 2, 8 split, 9 value
+    object.setInt("pos2", 1); // 4 p, 5 o, 6 s, 7 2, 8 split, 9 value
     object.setInt("pos[1]", 2);
     object.setInt("ab-c", 3);
     object.setInt("ab.x", 4);
@@ -184,8 +184,7 @@ TEST_F(DynamicObjectTrieTest, ZeroBytesNeverEnterTheTrie)
     EXPECT_EQ(0u, object.getProperty(withZero, 3));
     EXPECT_EQ(5, object.getInt("a"));
     // The message is cut at the zero byte.
-    EXPECT_EQ("The given child key, a",
-              assertionOf([&] { object.addChild(object.getRoot(), withZero, 3); }));
+    EXPECT_EQ("The given child key, a", assertionOf([&] { object.addChild(object.getRoot(), withZero, 3); }));
 }
 
 TEST_F(DynamicObjectTrieTest, CopyKeepsHandlesButNotTheFreeList)
@@ -250,8 +249,7 @@ struct BlockSizes {
     unsigned int target;
 };
 
-class DynamicObjectAssignmentTest : public DynamicObjectTrieTest,
-                                    public ::testing::WithParamInterface<BlockSizes> {};
+class DynamicObjectAssignmentTest : public DynamicObjectTrieTest, public ::testing::WithParamInterface<BlockSizes> {};
 
 TEST_P(DynamicObjectAssignmentTest, AssignmentAcrossBlockSizesKeepsHandlesAndLiveNodes)
 {
@@ -286,8 +284,8 @@ TEST_P(DynamicObjectAssignmentTest, AssignmentAcrossBlockSizesKeepsHandlesAndLiv
 }
 
 INSTANTIATE_TEST_SUITE_P(BlockSizes, DynamicObjectAssignmentTest,
-                         ::testing::Values(BlockSizes{4, 128}, BlockSizes{128, 4}, BlockSizes{5, 7},
-                                           BlockSizes{7, 5}, BlockSizes{16, 16}));
+                         ::testing::Values(BlockSizes{4, 128}, BlockSizes{128, 4}, BlockSizes{5, 7}, BlockSizes{7, 5},
+                                           BlockSizes{16, 16}));
 
 TEST_F(DynamicObjectTrieTest, AssignmentReplacesASharedStringTableForEverybody)
 {
@@ -358,8 +356,8 @@ TEST_F(DynamicObjectTrieTest, ADeadOrValueHandleIsNoProperty)
     object.setInt("ab", 7);
     object.setInt("ac", 8);
     object.eraseChild(object.getRoot(), "ab");
-    EXPECT_EQ(type::null, object.getType(6));   // the split node of "ab", now free
-    EXPECT_EQ(type::null, object.getType(10));  // a value node
+    EXPECT_EQ(type::null, object.getType(6));  // the split node of "ab", now free
+    EXPECT_EQ(type::null, object.getType(10)); // a value node
     EXPECT_EQ("Invalid property", assertionOf([&] { object.getInt(10); }));
 }
 

@@ -51,7 +51,7 @@ struct TrieNode {
     unsigned int equal = 0;
     unsigned int greater = 0;
     unsigned int less = 0;
-    std::string value;   // "null", the number, the text, "true"/"false", or "#<count>" for containers
+    std::string value; // "null", the number, the text, "true"/"false", or "#<count>" for containers
 };
 
 // Rebuilds the nodes from the events of visitTrie.

@@ -34,8 +34,7 @@ TEST_F(DynamicValueTest, NumbersConvertAndOtherKindsAssert)
         {"Unable the retrieve this value of type 3 as a real", assertionOf([] { DynamicValue("1").getReal(); })},
         {"Unable the retrieve this value of type 1 as a bool", assertionOf([] { DynamicValue(1).getBool(); })},
         {"Unable the retrieve this value of type 2 as a string", assertionOf([] { DynamicValue(1.0).getString(); })},
-        {"Unable the retrieve this value of type 0 as a string",
-         assertionOf([] { DynamicValue().getStringLength(); })},
+        {"Unable the retrieve this value of type 0 as a string", assertionOf([] { DynamicValue().getStringLength(); })},
         {"null pointer not allowed as string value initializer for DynamicValue",
          assertionOf([] { DynamicValue(static_cast<const char*>(nullptr)); })},
         {"unable to set string value from null pointer", assertionOf([] { DynamicValue().setString(nullptr); })},
@@ -77,8 +76,8 @@ TEST_F(DynamicValueTest, AZeroByteSurvivesTheCountedFormButNotAssignment)
 
 TEST_F(DynamicValueTest, Compatibility)
 {
-    const type::Type all[] = {type::null, type::integer, type::real, type::string, type::boolean, type::array,
-                              type::object};
+    const type::Type all[] = {type::null,    type::integer, type::real,  type::string,
+                              type::boolean, type::array,   type::object};
     for (type::Type t : all) {
         EXPECT_TRUE(DynamicValue().isTypeCompatible(t));
         EXPECT_EQ(t == type::integer || t == type::real, DynamicValue(1).isTypeCompatible(t));

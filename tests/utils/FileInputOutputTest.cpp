@@ -80,7 +80,7 @@ TEST_F(Files, WholeFileFailuresGiveNullOrFalseWithTheirMessage)
     EXPECT_FALSE(saveToFile(path("no/such/folder").c_str(), "x", 1, &log));
     EXPECT_EQ("Unable to open resource from '" + path("no/such/folder") + "' for writing", lastMessage());
 
-    EXPECT_FALSE(eraseFile(missing.c_str(), &log));   // remove gives -1, reported as it is
+    EXPECT_FALSE(eraseFile(missing.c_str(), &log)); // remove gives -1, reported as it is
     EXPECT_EQ("Unable to remove resource from '" + missing + "'. Errno: -1", lastMessage());
     EXPECT_EQ(error::ioProblem, log.getMessages().back().errorType);
 
@@ -104,12 +104,12 @@ TEST_F(Files, ReadingStopsAtAShortReadAndReopensFromTheStart)
     ASSERT_TRUE(io.read(buffer, size, &log));
     EXPECT_EQ(2u, size);
     EXPECT_EQ(0, std::memcmp("lo", buffer, 2));
-    for (int i = 0; i < 2; ++i) {   // past the end: true with nothing, again and again
+    for (int i = 0; i < 2; ++i) { // past the end: true with nothing, again and again
         size = 8;
         EXPECT_TRUE(io.read(buffer, size, &log));
         EXPECT_EQ(0u, size);
     }
-    EXPECT_FALSE(io.isOpen());   // the stream left its good state, the file is still held
+    EXPECT_FALSE(io.isOpen()); // the stream left its good state, the file is still held
 
     ASSERT_TRUE(io.openForReading(&log));
     size = 8;
@@ -146,10 +146,9 @@ TEST_F(Files, StateRulesOfAFileStream)
 
     FileInputOutput missing(path("missing").c_str());
     EXPECT_FALSE(missing.openForReading(&log));
-    EXPECT_EQ("Can't open the io on " + path("missing") +
-                  " for reading, unable to get a valid stream (eror code '4').",
+    EXPECT_EQ("Can't open the io on " + path("missing") + " for reading, unable to get a valid stream (eror code '4').",
               lastMessage());
     EXPECT_FALSE(missing.isOpen());
-    EXPECT_FALSE(missing.close(nullptr));   // already closed again
+    EXPECT_FALSE(missing.close(nullptr)); // already closed again
     EXPECT_ASSERTION(static_cast<void>(missing.read(buffer, size, &log)), "accessing a null scoped ptr");
 }

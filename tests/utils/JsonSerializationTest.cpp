@@ -128,7 +128,7 @@ TEST(JsonParsing, AFileStreamEndsTheReadAtTheEndOfTheFile)
     FileInputOutput file(path);
     ASSERT_TRUE(file.openForReading());
     DynamicObject object;
-    EXPECT_TRUE(deserializeDynamicObjectFromJson(object, file, nullptr));   // returns: no endless loop
+    EXPECT_TRUE(deserializeDynamicObjectFromJson(object, file, nullptr)); // returns: no endless loop
     EXPECT_EQ(7, object.getInt("value"));
     std::remove(path);
 }
@@ -146,27 +146,27 @@ TEST(JsonObjectBuilder, FramesDocumentsAndRefusesMisuse)
     EXPECT_EQ("The Json building has already begun", lastMessage(log));
     EXPECT_FALSE(json.integer(3));
     EXPECT_EQ("Expected object or array", lastMessage(log));
-    EXPECT_TRUE(json.beginArray());   // the first build is still alive
+    EXPECT_TRUE(json.beginArray()); // the first build is still alive
     EXPECT_TRUE(json.arrayChild() && json.real(1) && json.real(-0.5) && json.string("a\"b"));
     EXPECT_FALSE(json.real(std::nan("")));
     EXPECT_EQ(0u, lastMessage(log).find("Invalid real value passed: "));
     EXPECT_EQ(error::invalidArgument, log.getMessages().back().errorType);
     EXPECT_TRUE(json.beginObject());
-    EXPECT_FALSE(json.integer(1));   // a number where a key belongs
+    EXPECT_FALSE(json.integer(1)); // a number where a key belongs
     EXPECT_EQ("No current property", lastMessage(log));
     EXPECT_TRUE(json.endObject());
-    EXPECT_TRUE(json.end());   // the array is left open: end does not look
+    EXPECT_TRUE(json.end()); // the array is left open: end does not look
 
     EXPECT_TRUE(json.begin());
     EXPECT_TRUE(json.beginArray());
     EXPECT_TRUE(json.endArray());
-    EXPECT_FALSE(json.endArray());   // nothing left to close
+    EXPECT_FALSE(json.endArray()); // nothing left to close
     EXPECT_EQ("Unexpected YAJL returned status: yajl_gen_generation_complete", lastMessage(log));
     EXPECT_TRUE(json.end());
     EXPECT_FALSE(json.end());
 
-    ASSERT_TRUE(json.begin());   // a second document on the same stream
-    EXPECT_TRUE(json.null());    // a null document is an empty object
+    ASSERT_TRUE(json.begin()); // a second document on the same stream
+    EXPECT_TRUE(json.null());  // a null document is an empty object
     EXPECT_TRUE(json.end());
     EXPECT_EQ(R"([1.0,-0.5,"a\"b",{}[]{})", out.getText());
 }

@@ -53,7 +53,8 @@ std::string readDocument(const std::string& name)
 
 bool hasContainerRoot(const std::string& text)
 {
-    const auto first = std::find_if(text.begin(), text.end(), [](char c) { return !std::isspace(static_cast<unsigned char>(c)); });
+    const auto first =
+        std::find_if(text.begin(), text.end(), [](char c) { return !std::isspace(static_cast<unsigned char>(c)); });
     return first != text.end() && (*first == '{' || *first == '[');
 }
 
@@ -88,7 +89,7 @@ TEST(JsonTestSuite, EveryDocumentIsReadSafelyAndAcceptedOnesRoundTrip)
                 if (!hasContainerRoot(text)) {
                     ++scalarRoots;
                 } else if (log.hasErrors()) {
-                    ++refusedKeys;   // a key with path syntax, which a DynamicObject does not take
+                    ++refusedKeys; // a key with path syntax, which a DynamicObject does not take
                 } else {
                     const std::string written = write(object);
                     DynamicObject again;

@@ -130,8 +130,7 @@ TEST(ErrorType, ComparesByIdOnly)
     EXPECT_STREQ("thread problem", error::threadError.getCaption());
 }
 
-class Assertions : public tov::testing::AssertionTest {
-};
+class Assertions : public tov::testing::AssertionTest {};
 
 TEST_F(Assertions, ThrowOnAssertionFailedCarriesTheMessage)
 {

@@ -63,8 +63,10 @@ void buildWorld(DynamicObject& world)
     world.setString("name", "forager world \"one\"\n\t\\");
     world.setBool("running", true);
     world.resetProperty("paused");
-    const double reals[] = {0.1, -0.0, 1.0, 1e300, 5e-324, 2.2250738585072014e-308, 123456789.125, -7.5e-7,
-                            std::numeric_limits<double>::max(), 1.0 / 3.0};
+    const double reals[] = {0.1,           -0.0,    1.0,
+                            1e300,         5e-324,  2.2250738585072014e-308,
+                            123456789.125, -7.5e-7, std::numeric_limits<double>::max(),
+                            1.0 / 3.0};
     for (int i = 0; i < 10; ++i) {
         const std::string agent = "agents[" + std::to_string(i) + "]";
         world.setString((agent + ".name").c_str(), ("forager-" + std::to_string(i)).c_str());
@@ -105,13 +107,13 @@ TEST(OutputChecksum, NumbersAtTheEdgesReadAndWriteTheSame)
         std::uint64_t json;
         std::uint64_t saved;
     } cases[] = {
-        {R"([0.1,-0.0,1E5,1e-5,2.2250738585072011e-308,4.9e-324,1e-400,1.7976931348623157e308,12.5e1])", 0xd4b821234ef0dbabull,
-         0xdabd970b1a0cf1afull},
+        {R"([0.1,-0.0,1E5,1e-5,2.2250738585072011e-308,4.9e-324,1e-400,1.7976931348623157e308,12.5e1])",
+         0xd4b821234ef0dbabull, 0xdabd970b1a0cf1afull},
         {R"([9223372036854775807,-9223372036854775807,0,-0,1e400,3])", 0x9bafe3fdfc9f9e5eull, 0x36c3c4af82700763ull},
         {R"({"a":1,"b":123456789012345678901234567890,"c":2})", 0xefe6f52b57e38cc6ull, 0x33dd52f8eab97034ull},
         {R"({"a":-9223372036854775808})", 0x73c0f5330a0bc211ull, 0xbbb31ecbd4359008ull},
-        {R"([0.30000000000000004441, 100000000000000000000000.0, -1e-310, 18446744073709551615e0])", 0x8c7cf6cfa09a6b3full,
-         0x634ca49e4758164aull},
+        {R"([0.30000000000000004441, 100000000000000000000000.0, -1e-310, 18446744073709551615e0])",
+         0x8c7cf6cfa09a6b3full, 0x634ca49e4758164aull},
     };
     for (const auto& c : cases) {
         const Outputs outputs = outputsOfJson(c.text);

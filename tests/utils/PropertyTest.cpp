@@ -72,12 +72,9 @@ TEST_F(PropertyTest, SetAccessorsRefusesWhatItCannotBind)
         const char* message;
     };
     const Row rows[] = {
-        {nullptr, true, true, types, "Invalid property name."},
-        {"", true, true, types, "Invalid property name."},
-        {"x", false, true, types, "Invalid getter pointer."},
-        {"x", true, false, types, "Invalid getter pointer."},
-        {"x", true, true, empty, "Invalid owner type."},
-        {"x", true, true, onlyVector3, "Invalid value type."},
+        {nullptr, true, true, types, "Invalid property name."}, {"", true, true, types, "Invalid property name."},
+        {"x", false, true, types, "Invalid getter pointer."},   {"x", true, false, types, "Invalid getter pointer."},
+        {"x", true, true, empty, "Invalid owner type."},        {"x", true, true, onlyVector3, "Invalid value type."},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.message);
@@ -85,8 +82,8 @@ TEST_F(PropertyTest, SetAccessorsRefusesWhatItCannotBind)
         // A property that was bound before loses its binding on failure.
         ASSERT_TRUE(property.setAccessors("y", &Vector3r::getY, &Vector3r::setY, types, nullptr));
         log.clear();
-        EXPECT_FALSE(property.setAccessors(row.key, row.withGetter ? getter : nullptr, row.withSetter ? setter : nullptr,
-                                           row.manager, &log));
+        EXPECT_FALSE(property.setAccessors(row.key, row.withGetter ? getter : nullptr,
+                                           row.withSetter ? setter : nullptr, row.manager, &log));
         EXPECT_EQ(std::vector<std::string>{row.message}, textsOf(log));
         EXPECT_EQ('e', log.getMessages()[0].type);
         EXPECT_FALSE(property.isValid());
@@ -130,8 +127,8 @@ TEST_F(PropertyTest, CompatibilityFollowsTheValueKind)
     for (const Row& row : rows) {
         SCOPED_TRACE(row.key);
         const Property& property = foragerProperty(row.key);
-        for (type::Type kind : {type::null, type::integer, type::real, type::string, type::boolean, type::array,
-                                type::object}) {
+        for (type::Type kind :
+             {type::null, type::integer, type::real, type::string, type::boolean, type::array, type::object}) {
             const bool expected = std::find(row.compatible.begin(), row.compatible.end(), kind) != row.compatible.end();
             EXPECT_EQ(expected, property.isTypeCompatible(kind)) << toString(kind);
         }
@@ -174,7 +171,7 @@ TEST_F(PropertyTest, CopiesOwnTheirHolders)
         Property copy(*original);
         Property assigned;
         assigned = copy;
-        assigned = types.getProperty(details::getClassTypeId<Vector3r>(), "y");   // over a valid one
+        assigned = types.getProperty(details::getClassTypeId<Vector3r>(), "y"); // over a valid one
         assigned = assigned;
         TOV_DELETE(original);
         EXPECT_TRUE(copy.set(position, 4.0));
@@ -222,12 +219,27 @@ TEST_F(PropertyTest, DynamicObjectsAreCheckedAgainstRegisteredTypes)
     };
     const Row rows[] = {
         {"empty object", [](DynamicObject&) {}, true},
-        {"matching members", [](DynamicObject& o) { o.setInt("speed", 2); o.setReal("energy", 1.0); }, true},
+        {"matching members",
+         [](DynamicObject& o) {
+             o.setInt("speed", 2);
+             o.setReal("energy", 1.0);
+         },
+         true},
         {"unknown members are ignored", [](DynamicObject& o) { o.setString("colour", "red"); }, true},
         {"a string for a real", [](DynamicObject& o) { o.setString("speed", "fast"); }, false},
         {"a member of the base", [](DynamicObject& o) { o.setBool("age", true); }, false},
-        {"nested match", [](DynamicObject& o) { o.setReal("heading.x", 1.0); o.setInt("heading.z", 0); }, true},
-        {"nested mismatch", [](DynamicObject& o) { o.setReal("heading.x", 1.0); o.setString("heading.y", "up"); }, false},
+        {"nested match",
+         [](DynamicObject& o) {
+             o.setReal("heading.x", 1.0);
+             o.setInt("heading.z", 0);
+         },
+         true},
+        {"nested mismatch",
+         [](DynamicObject& o) {
+             o.setReal("heading.x", 1.0);
+             o.setString("heading.y", "up");
+         },
+         false},
         {"a scalar has no members to conflict", [](DynamicObject& o) { o.setInt("heading", 3); }, true},
     };
     for (const Row& row : rows) {

@@ -13,7 +13,10 @@ using namespace tov::utils;
 namespace {
 
 // The saved text, and the buffer released the way a caller must.
-char* serializeAny(unsigned int& size, const Random& random) { return serializeRandom(size, random, nullptr); }
+char* serializeAny(unsigned int& size, const Random& random)
+{
+    return serializeRandom(size, random, nullptr);
+}
 char* serializeAny(unsigned int& size, const RandomManager& manager)
 {
     return serializeRandomManager(size, manager, nullptr);
@@ -68,8 +71,9 @@ TEST(RandomSerialization, HandsOutExactlyTheTextInOneTrackedBuffer)
     unsigned int size = 0;
     char* buffer = serializeRandom(size, stream, nullptr);
     ASSERT_NE(nullptr, buffer);
-    EXPECT_EQ(std::strlen("version {\n  major: 0\n  minor: 4\n  patch: 0\n}\nrandom {\n  seed: 1\n  count: 0\n}\n"), size);
-    EXPECT_EQ(blocks + 3, memory.getLiveBlocks());   // the stream's engine and seed, and the buffer
+    EXPECT_EQ(std::strlen("version {\n  major: 0\n  minor: 4\n  patch: 0\n}\nrandom {\n  seed: 1\n  count: 0\n}\n"),
+              size);
+    EXPECT_EQ(blocks + 3, memory.getLiveBlocks()); // the stream's engine and seed, and the buffer
     TOV_DELETE_ARRAY(buffer);
     EXPECT_EQ(blocks + 2, memory.getLiveBlocks());
 }
@@ -160,7 +164,8 @@ TEST(RandomSerialization, RefusedManagersKeepTheirSeed)
          "Error while deserializing random manager: The file originates from a version, v0.3.0, that is not "
          "compatible with the current version, v0.4.0."},
         {streamText(current, ""), "Error while deserializing random manager: expected field randomManager not found"},
-        {streamText(current, "randomManager { }"), "Error while deserializing random manager: expected field seed not found"},
+        {streamText(current, "randomManager { }"),
+         "Error while deserializing random manager: expected field seed not found"},
     };
     for (const Case& c : cases) {
         RandomManager manager;

@@ -11,8 +11,7 @@ using namespace tov::utils;
 
 namespace {
 
-class StringTables : public tov::testing::AssertionTest {
-};
+class StringTables : public tov::testing::AssertionTest {};
 
 unsigned long long hashOf(const char* text, unsigned int seed)
 {
@@ -63,7 +62,7 @@ TEST_F(StringTables, AddsOnceAndRetrievesByHash)
     const unsigned long long hash = table.add("speed", nullptr);
     EXPECT_EQ(hashOf("speed", 100), hash);
     EXPECT_EQ(hash, table.add("speed", nullptr));
-    EXPECT_EQ(hash, table.add("speedometer", 5, nullptr));   // pointer with length
+    EXPECT_EQ(hash, table.add("speedometer", 5, nullptr)); // pointer with length
     EXPECT_STREQ("speed", table.retrieve(hash, "none"));
     EXPECT_STREQ("none", table.retrieve(0, "none"));
     EXPECT_STREQ("none", table.retrieve(12345, "none"));
@@ -89,7 +88,7 @@ TEST_F(StringTables, ChecksReportUnknownTextsAndCollisions)
     const unsigned long long hash = table.add("alpha", nullptr);
     BufferLogger log(false, false, false);
     EXPECT_FALSE(table.check("beta", hashOf("beta", 100), &log));
-    EXPECT_FALSE(table.check("gamma", hash, &log));   // the text stored under that hash differs
+    EXPECT_FALSE(table.check("gamma", hash, &log)); // the text stored under that hash differs
     EXPECT_FALSE(table.check("alph", 4, hash, &log));
     ASSERT_EQ(3u, log.getMessages().size());
     EXPECT_EQ("\"beta\" is not registered with the table.", log.getMessages()[0].message);

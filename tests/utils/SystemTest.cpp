@@ -26,7 +26,7 @@ protected:
 TEST_F(LifeCycle, InitializeAndTerminateLogOnlyWhenTheyAct)
 {
     BufferLogger log(true, true, true);
-    EXPECT_TRUE(terminate(&log));   // nothing to do yet
+    EXPECT_TRUE(terminate(&log)); // nothing to do yet
     EXPECT_TRUE(log.getMessages().empty());
 
     EXPECT_TRUE(initialize(&log));
@@ -34,7 +34,7 @@ TEST_F(LifeCycle, InitializeAndTerminateLogOnlyWhenTheyAct)
     ASSERT_EQ(1u, log.getMessages().size());
     EXPECT_EQ("Initializing the runtime utils systems.", log.getMessages()[0].message);
 
-    EXPECT_TRUE(initialize(&log));   // already running: silent
+    EXPECT_TRUE(initialize(&log)); // already running: silent
     EXPECT_EQ(1u, log.getMessages().size());
 
     EXPECT_TRUE(terminate(&log));
@@ -74,7 +74,7 @@ TEST_F(LifeCycle, SetLoggerReplacesAndClearLoggerRestoresTheDefault)
 TEST_F(LifeCycle, SingletonMisuseIsAnAssertion)
 {
     EXPECT_ASSERTION(Facilities::instance(), "accessing uninitialized singleton");
-    Facilities::destroy();   // nothing to destroy: silent
+    Facilities::destroy(); // nothing to destroy: silent
     ASSERT_TRUE(initialize(nullptr));
     EXPECT_ASSERTION(Facilities::create(), "trying to overwrite singleton instance");
 }

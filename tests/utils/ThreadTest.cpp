@@ -110,7 +110,7 @@ TEST(Mutex, RecursiveCountsAndAnyOtherTypeIsNormal)
     }
     Mutex normal(7);
     ASSERT_TRUE(normal.lock());
-    EXPECT_FALSE(normal.trylock());   // a normal mutex does not count
+    EXPECT_FALSE(normal.trylock()); // a normal mutex does not count
     EXPECT_TRUE(normal.unlock());
 }
 
@@ -137,7 +137,7 @@ TEST(Thread, JoinGivesTheResultAndTheDestructorCopesWithEveryState)
     {
         Thread thread(&returnArgument, &value);
         EXPECT_TRUE(thread.join(&result));
-        EXPECT_FALSE(thread.join(&result));   // a second join is refused, not undefined
+        EXPECT_FALSE(thread.join(&result)); // a second join is refused, not undefined
     }
     EXPECT_EQ(&value, result);
 
@@ -149,7 +149,7 @@ TEST(Thread, JoinGivesTheResultAndTheDestructorCopesWithEveryState)
                 return nullptr;
             },
             &finished);
-    }   // detached, not joined: the thread runs on by itself
+    } // detached, not joined: the thread runs on by itself
     EXPECT_TRUE(tov::testing::waitFor([&finished] { return finished.load(); }, std::chrono::seconds(10)));
 }
 

@@ -19,7 +19,7 @@ TEST(Time, ConversionsTruncateAndDifferencesSaturate)
     fraction.setTime(1, 4);
     EXPECT_EQ(250000000u, fraction.getNanoseconds());
     Time sum;
-    sum.setAdd(Time(~0ULL), Time(2ULL));   // wraps silently
+    sum.setAdd(Time(~0ULL), Time(2ULL)); // wraps silently
     EXPECT_EQ(1u, sum.getNanoseconds());
     Time difference;
     difference.setSub(Time(9ULL), Time(4ULL));
@@ -29,17 +29,18 @@ TEST(Time, ConversionsTruncateAndDifferencesSaturate)
     EXPECT_EQ("1.5s", text.str());
 }
 
-class TimeAssertions : public tov::testing::AssertionTest {
-};
+class TimeAssertions : public tov::testing::AssertionTest {};
 
 TEST_F(TimeAssertions, RefusesNegativeNanAndOverflow)
 {
     Time t;
     EXPECT_ASSERTION(t.setSeconds(-1.0), "Can't set a negative time.");
     EXPECT_ASSERTION(t.setSeconds(std::nan("")), "Can't set a negative time.");
-    EXPECT_ASSERTION(t.setSeconds(1e11), "Overflow happened when setting 1e+11seconds, the resulting value 1e+20 is too "
-                                         "high in nanosecond resolution.");
-    EXPECT_ASSERTION(t.setMilliseconds(0), "Overflow happened when converting 0 milliseconds to nanosecond resolution.");
+    EXPECT_ASSERTION(t.setSeconds(1e11),
+                     "Overflow happened when setting 1e+11seconds, the resulting value 1e+20 is too "
+                     "high in nanosecond resolution.");
+    EXPECT_ASSERTION(t.setMilliseconds(0),
+                     "Overflow happened when converting 0 milliseconds to nanosecond resolution.");
     // 2^64 / 1000 + 1 wraps to a product below itself.
     EXPECT_ASSERTION(t.setMicroseconds(18446744073709552ULL),
                      "Overflow happened when converting 18446744073709552 microseconds to nanosecond resolution.");
@@ -54,7 +55,7 @@ TEST(Timer, MeasuresWallClockTimeAndLaps)
     EXPECT_FALSE(timer.isStarted());
     EXPECT_TRUE(timer.start().isZero());
     sleep(Time(0.02));
-    const Time lap = timer.start();   // a lap: gives the elapsed time and starts again
+    const Time lap = timer.start(); // a lap: gives the elapsed time and starts again
     EXPECT_TRUE(timer.isStarted());
     EXPECT_GE(lap.getMilliseconds(), 19u);
     EXPECT_LT(lap.getMilliseconds(), 5000u);

@@ -96,7 +96,7 @@ TEST_F(TypeManagerTest, UnregisteringBaseTypesKeepsDynamicObjectAndTheyCanComeBa
     EXPECT_EQ(std::vector<std::string>{"Trying to register an already registered type: 'tov::utils::DynamicObject' "
                                        "{0775eb00-e4e6-4c6a-83fb-a970e0cbc092}"},
               textsOf(log));
-    EXPECT_EQ(3u, types.countProperties(vector3Id));   // not doubled by the second registration
+    EXPECT_EQ(3u, types.countProperties(vector3Id)); // not doubled by the second registration
 
     types.clearTypes();
     EXPECT_FALSE(types.isTypeRegistered(dynamicObjectId));
@@ -132,7 +132,7 @@ TEST_F(TypeManagerTest, RegistrationConflictsAreRefusedAndRepeatsWarned)
         EXPECT_EQ(row.level, log.getMessages()[0].type);
         EXPECT_EQ(row.message, textsOf(log)[0]);
         EXPECT_FALSE(types.isTypeRegistered(other) || types.isTypeRegistered("sim::Position"));
-        EXPECT_EQ(row.result, types.registerType(row.id, row.name, nullptr));   // silent without a logger
+        EXPECT_EQ(row.result, types.registerType(row.id, row.name, nullptr)); // silent without a logger
     }
 }
 
@@ -162,7 +162,7 @@ TEST_F(TypeManagerTest, BaseTypesFormAnAcyclicGraph)
     const Uuid parrot = addType("sim::Parrot", 3);
     ASSERT_TRUE(types.addBaseType(bird, animal, &log));
     ASSERT_TRUE(types.addBaseType(parrot, bird, &log));
-    EXPECT_TRUE(types.addBaseType(parrot, animal, &log));   // reached already: no second link
+    EXPECT_TRUE(types.addBaseType(parrot, animal, &log)); // reached already: no second link
     EXPECT_TRUE(log.getMessages().empty());
 
     EXPECT_TRUE(types.isDerivedFrom(parrot, animal));
@@ -182,7 +182,7 @@ TEST_F(TypeManagerTest, BaseTypesFormAnAcyclicGraph)
               textsOf(log));
 
     types.unregisterType(bird);
-    EXPECT_FALSE(types.isDerivedFrom(parrot, animal));   // the link ran through the bird only
+    EXPECT_FALSE(types.isDerivedFrom(parrot, animal)); // the link ran through the bird only
 }
 
 TEST_F(TypeManagerTest, PropertiesByNameTakeOwnFirstAndByIndexBasesFirst)
@@ -201,19 +201,18 @@ TEST_F(TypeManagerTest, PropertiesByNameTakeOwnFirstAndByIndexBasesFirst)
     ASSERT_TRUE(types.registerType<sim::Agent>(&log));
     ASSERT_TRUE(types.registerType<sim::Forager>(&log));
     const Uuid& forager = sim::Forager::getClassTypeId();
-    EXPECT_EQ((std::vector<std::string>{"energy", "age", "speed", "heading", "eyesight"}),
-              keysByIndex(forager));
+    EXPECT_EQ((std::vector<std::string>{"energy", "age", "speed", "heading", "eyesight"}), keysByIndex(forager));
     struct Lookup {
         const char* key;
         unsigned int length;
         const char* found;
     };
     const Lookup lookups[] = {
-        {"e", 1, "eyesight"},     // own before the base's "energy"
-        {"energy", 6, "energy"},  // from the base
-        {"sp", 2, "speed"},       // a prefix
-        {"speedy", 5, "speed"},   // only the length counts
-        {"", 0, "speed"},         // nothing to compare: the first own property
+        {"e", 1, "eyesight"},    // own before the base's "energy"
+        {"energy", 6, "energy"}, // from the base
+        {"sp", 2, "speed"},      // a prefix
+        {"speedy", 5, "speed"},  // only the length counts
+        {"", 0, "speed"},        // nothing to compare: the first own property
     };
     for (const Lookup& lookup : lookups) {
         SCOPED_TRACE(lookup.key);
@@ -260,7 +259,7 @@ TEST_F(TypeManagerTest, StaticObjectsAreCreatedByTypeIdThroughRegisteredCreators
     EXPECT_EQ(nullptr, types.createStaticObject(forager, &log));
     EXPECT_EQ(std::vector<std::string>{"No type having the id 5f0c6ad2-8e1b-4c3a-b7d4-91e2f3a4b5c6 is registered."},
               textsOf(log));
-    EXPECT_EQ(nullptr, types.createStaticObject(unknownId, nullptr));   // no logger: no message to build
+    EXPECT_EQ(nullptr, types.createStaticObject(unknownId, nullptr)); // no logger: no message to build
 
     ASSERT_TRUE(types.getCreatorFactory().registerCreator<sim::ForagerCreator>(forager, &log));
     StaticObject* created = types.createStaticObject(forager, &log);

@@ -33,7 +33,8 @@ TEST_F(TypeLifeCycle, InitializeRegistersTheBaseTypesForTheRun)
     // The host's classes join for the run and go with it.
     ASSERT_TRUE(types.registerType<sim::Agent>(nullptr));
     ASSERT_TRUE(types.registerType<sim::Forager>(nullptr));
-    ASSERT_TRUE(types.getCreatorFactory().registerCreator<sim::ForagerCreator>(sim::Forager::getClassTypeId(), nullptr));
+    ASSERT_TRUE(
+        types.getCreatorFactory().registerCreator<sim::ForagerCreator>(sim::Forager::getClassTypeId(), nullptr));
     ASSERT_TRUE(terminate(nullptr));
     ASSERT_TRUE(initialize(nullptr));
     EXPECT_FALSE(Facilities::instance().getTypeManager().isTypeRegistered("sim::Forager"));
@@ -52,7 +53,8 @@ TEST_F(TypeLifeCycle, ARunWithHostTypesLeavesNoMemoryBehind)
     TypeManager& types = Facilities::instance().getTypeManager();
     ASSERT_TRUE(types.registerType<sim::Agent>(nullptr));
     ASSERT_TRUE(types.registerType<sim::Forager>(nullptr));
-    ASSERT_TRUE(types.getCreatorFactory().registerCreator<sim::ForagerCreator>(sim::Forager::getClassTypeId(), nullptr));
+    ASSERT_TRUE(
+        types.getCreatorFactory().registerCreator<sim::ForagerCreator>(sim::Forager::getClassTypeId(), nullptr));
     types.destroyStaticObject(types.createStaticObject(sim::Forager::getClassTypeId(), nullptr));
     ASSERT_TRUE(terminate(nullptr));
     EXPECT_EQ(liveBlocks, memory.getLiveBlocks());

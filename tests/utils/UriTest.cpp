@@ -20,8 +20,7 @@ using namespace tov::utils;
 
 namespace {
 
-class UriAssertions : public tov::testing::AssertionTest {
-};
+class UriAssertions : public tov::testing::AssertionTest {};
 
 std::string textOf(const Uri& uri)
 {
@@ -75,10 +74,7 @@ public:
         const std::string text = stream.str();
         return add(text.find_first_of(".e") == std::string::npos ? text + ".0" : text);
     }
-    bool string(const char* text, unsigned int length) override
-    {
-        return add("\"" + std::string(text, length) + "\"");
-    }
+    bool string(const char* text, unsigned int length) override { return add("\"" + std::string(text, length) + "\""); }
 
     std::string written;
     bool endObjectResult = true;
@@ -329,10 +325,10 @@ TEST(Uri, GettersAndComparisonsDoNotAllocate)
     const tov::allocator::Allocator& memory = tov::allocator::Allocator::instance();
     const unsigned long long before = memory.getAllocationCount();
     const bool parts = uri.hasScheme() && uri.hasPath() && uri.hasExtension() && uri.hasQuery() && uri.hasFragment();
-    const char* texts[] = {uri.getScheme(), uri.getPathSegment(1), uri.getExtension(), uri.getQuery(),
-                           uri.getFragment(), uri.getRawString()};
-    const unsigned int sizes = uri.countPathSegments() + uri.getRawStringLength() + uri.computeStringLength() +
-                               uri.computePathStringLength();
+    const char* texts[] = {uri.getScheme(), uri.getPathSegment(1), uri.getExtension(),
+                           uri.getQuery(),  uri.getFragment(),     uri.getRawString()};
+    const unsigned int sizes =
+        uri.countPathSegments() + uri.getRawStringLength() + uri.computeStringLength() + uri.computePathStringLength();
     uri.computeString(buffer);
     uri.computePathString(buffer + 48);
     const bool order = uri < other && uri != other && !(uri == other) && !uri.empty();
@@ -366,10 +362,10 @@ TEST(Uri, ComparesTheStoredPartsWithoutNormalising)
     EXPECT_EQ(Uri::create("tov://x/y"), Uri::create("tov:x/y"));
     EXPECT_NE(Uri::create("tov:x"), Uri::create("TOV:x"));
     EXPECT_NE(Uri::create("tov:x?a"), Uri::create("tov:x#a"));
-    EXPECT_EQ(Uri::create("tov:x?"), Uri::create("tov:x#"));   // an empty part is an absent one
+    EXPECT_EQ(Uri::create("tov:x?"), Uri::create("tov:x#")); // an empty part is an absent one
     EXPECT_NE(Uri::create("tov:a/b"), Uri::create("tov:ab"));
-    std::vector<Uri> uris = {Uri::create("b:a"), Uri::create("a:b/c"), Uri::create("zzz"), Uri::create("a:b"),
-                             Uri::create("a:b.c"), Uri()};
+    std::vector<Uri> uris = {Uri::create("b:a"), Uri::create("a:b/c"), Uri::create("zzz"),
+                             Uri::create("a:b"), Uri::create("a:b.c"), Uri()};
     std::sort(uris.begin(), uris.end());
     std::string order;
     for (const Uri& uri : uris) {
@@ -437,25 +433,17 @@ TEST(UriFirstPathSegment, FindsTheFirstNonEmptySegmentOrRefusesTheText)
         bool found;
         unsigned int offset;
         unsigned int length;
-        int size = -1;   // the text's length when negative
+        int size = -1; // the text's length when negative
     };
     const Case cases[] = {
-        {"", true, 0, 0},
-        {"/", true, 0, 0, 0},
-        {"/abc", true, 1, 2, 3},
-        {"%41", false, 77, 77, 2},   // nothing is read past the size
-        {"a\0b", true, 0, 1, 3},
-        {"\0", false, 77, 77, 1},
-        {"/", true, 1, 0},
-        {"/abc/def", true, 1, 3},
-        {"abc/def", true, 0, 3},
-        {"abc def", true, 0, 3},   // the rest is not read
-        {"a%20b/c", true, 0, 5},
-        {"/api/debug/entities/0/contexts", true, 1, 3},
-        {"//abc", false, 77, 77},
-        {" abc", false, 77, 77},
-        {"%zz", false, 77, 77},
-        {"%2", false, 77, 77},
+        {"", true, 0, 0},         {"/", true, 0, 0, 0},
+        {"/abc", true, 1, 2, 3},  {"%41", false, 77, 77, 2}, // nothing is read past the size
+        {"a\0b", true, 0, 1, 3},  {"\0", false, 77, 77, 1},
+        {"/", true, 1, 0},        {"/abc/def", true, 1, 3},
+        {"abc/def", true, 0, 3},  {"abc def", true, 0, 3}, // the rest is not read
+        {"a%20b/c", true, 0, 5},  {"/api/debug/entities/0/contexts", true, 1, 3},
+        {"//abc", false, 77, 77}, {" abc", false, 77, 77},
+        {"%zz", false, 77, 77},   {"%2", false, 77, 77},
         {"/ ", false, 77, 77},
     };
     for (const Case& c : cases) {
@@ -485,9 +473,9 @@ TEST(UriQuery, WritesEachPairAsAChildOfOneObject)
         {"a=&&b=c=d", true, "<{\"a\":true,\"b\":\"c=d\"}>"},
         {"n=-7&p=+3&e=1e3&h=0x10&i=inf", true, "<{\"n\":-7,\"p\":3,\"e\":1000.0,\"h\":16.0,\"i\":inf.0}>"},
         {"s=12abc&t=%20x&k?/=/?", true, "<{\"s\":\"12abc\",\"t\":\"%20x\",\"k?/\":\"/?\"}>"},
-        {"big=99999999999999999999", true, "<{\"big\":9223372036854775807}>"},   // strtol saturates
+        {"big=99999999999999999999", true, "<{\"big\":9223372036854775807}>"}, // strtol saturates
         {"x=" + longReal, true, "<{\"x\":5e-77}>"},
-        {"a.b=1&c=2&d.e", true, "<{\"c\":2}>"},   // no value behind a refused key, and the query goes on
+        {"a.b=1&c=2&d.e", true, "<{\"c\":2}>"}, // no value behind a refused key, and the query goes on
         {"a=%zz", false, "<{\"a\":true}>"},
         {"a#", false, "<{\"a\":true}>"},
     };

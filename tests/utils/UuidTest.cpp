@@ -32,14 +32,14 @@ TEST(Uuid, ReadsTheGroupsByPositionAndWritesLowerCase)
     std::ostringstream stream;
     stream.width(50);
     stream << uuid;
-    EXPECT_EQ("0ba23f91-d30e-4574-b0ed-ee0aa81d00b9", stream.str());   // no padding
+    EXPECT_EQ("0ba23f91-d30e-4574-b0ed-ee0aa81d00b9", stream.str()); // no padding
     EXPECT_EQ(36u, Uuid::getStringLength());
 }
 
 TEST(Uuid, ChecksTheLengthOnly)
 {
     Uuid uuid;
-    EXPECT_TRUE(uuid.set("0ba23f91xd30ex4574xb0edxee0aa81d00b9", nullptr));   // dashes are not looked at
+    EXPECT_TRUE(uuid.set("0ba23f91xd30ex4574xb0edxee0aa81d00b9", nullptr)); // dashes are not looked at
     EXPECT_EQ("0ba23f91-d30e-4574-b0ed-ee0aa81d00b9", textOf(uuid));
     EXPECT_TRUE(uuid.set("00000000-0000-0000-0000-000000000000", nullptr));
     EXPECT_FALSE(uuid.isValid());
@@ -87,8 +87,7 @@ TEST(Uuid, OrdersByTheBytesInMemory)
     EXPECT_EQ(lowByteSmall, Uuid::create("FF000000-0000-0000-0000-000000000000"));
 }
 
-class UuidLiterals : public tov::testing::AssertionTest {
-};
+class UuidLiterals : public tov::testing::AssertionTest {};
 
 TEST_F(UuidLiterals, AMalformedLiteralIsAnAssertion)
 {

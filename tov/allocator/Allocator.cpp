@@ -195,8 +195,7 @@ void* operator new(std::size_t size, const char* /*file*/, unsigned int /*line*/
     return tov::allocator::Allocator::instance().allocate(static_cast<unsigned int>(size));
 }
 
-void operator delete(void* block, const char* /*file*/, unsigned int /*line*/,
-                     tov::allocator::Allocator* /*allocator*/)
+void operator delete(void* block, const char* /*file*/, unsigned int /*line*/, tov::allocator::Allocator* /*allocator*/)
 {
     tov::allocator::Allocator::instance().deallocate(block, 0);
 }

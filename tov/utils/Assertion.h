@@ -42,14 +42,14 @@ bool shouldExecutionBePaused()
 
 // The message is a stream expression, composed only when the condition fails. When the assertion
 // function returns, execution goes on behind the macro.
-#define TOV_ASSERT(condition, streamExpression)                                                          \
-    do {                                                                                                 \
-        if (!(condition)) {                                                                              \
-            if (::tov::utils::shouldExecutionBePaused<1>()) {                                            \
-                ::tov::utils::breakIntoDebugger();                                                       \
-            }                                                                                            \
-            ::tov::utils::OStringStream TOV_FAIL_stream;                                                 \
-            TOV_FAIL_stream << streamExpression; /* NOLINT(bugprone-macro-parentheses): a chain of << */ \
-            ::tov::utils::assertionFailed(__FILE__, __LINE__, TOV_FAIL_stream.str().c_str());            \
-        }                                                                                                \
+#define TOV_ASSERT(condition, streamExpression)                                                                        \
+    do {                                                                                                               \
+        if (!(condition)) {                                                                                            \
+            if (::tov::utils::shouldExecutionBePaused<1>()) {                                                          \
+                ::tov::utils::breakIntoDebugger();                                                                     \
+            }                                                                                                          \
+            ::tov::utils::OStringStream TOV_FAIL_stream;                                                               \
+            TOV_FAIL_stream << streamExpression; /* NOLINT(bugprone-macro-parentheses): a chain of << */               \
+            ::tov::utils::assertionFailed(__FILE__, __LINE__, TOV_FAIL_stream.str().c_str());                          \
+        }                                                                                                              \
     } while (false)

@@ -3,8 +3,7 @@
 namespace tov {
 namespace utils {
 
-BufferLogger::BufferLogger(bool logWarning, bool logInfo, bool logTrace)
-    : AbstractLogger(logWarning, logInfo, logTrace)
+BufferLogger::BufferLogger(bool logWarning, bool logInfo, bool logTrace) : AbstractLogger(logWarning, logInfo, logTrace)
 {
 }
 

@@ -16,11 +16,11 @@ namespace utils {
 class TOV_UTILS_API BufferLogger : public AbstractLogger {
 public:
     struct Message {
-        char type = 0;   // 't', 'i', 'w' or 'e'
+        char type = 0; // 't', 'i', 'w' or 'e'
         String file;
         unsigned int line = 0;
         String message;
-        ErrorType errorType;   // only for 'e'
+        ErrorType errorType; // only for 'e'
     };
 
     BufferLogger(bool logWarning, bool logInfo, bool logTrace);

@@ -28,22 +28,14 @@ const char rootCharacter = 7;
 } // namespace
 
 DynamicObject::DynamicObject()
-    : nodeAllocator(TOV_NEW NodeAllocator(defaultBlockSize)),
-      stringTable(TOV_NEW StringTable(defaultStringTableSeed)),
-      owning(true),
-      root(0),
-      nextFreeSlot(defaultBlockSize),
-      freeList(0)
+    : nodeAllocator(TOV_NEW NodeAllocator(defaultBlockSize)), stringTable(TOV_NEW StringTable(defaultStringTableSeed)),
+      owning(true), root(0), nextFreeSlot(defaultBlockSize), freeList(0)
 {
     addRootProperty();
 }
 
 DynamicObject::DynamicObject(NodeAllocator& allocator, StringTable& table)
-    : nodeAllocator(&allocator),
-      stringTable(&table),
-      owning(false),
-      root(0),
-      nextFreeSlot(allocator.getBlockSize()),
+    : nodeAllocator(&allocator), stringTable(&table), owning(false), root(0), nextFreeSlot(allocator.getBlockSize()),
       freeList(0)
 {
     addRootProperty();
@@ -51,22 +43,14 @@ DynamicObject::DynamicObject(NodeAllocator& allocator, StringTable& table)
 
 DynamicObject::DynamicObject(const DynamicObject& other)
     : nodeAllocator(TOV_NEW NodeAllocator(other.nodeAllocator->getBlockSize())),
-      stringTable(TOV_NEW StringTable(*other.stringTable)),
-      owning(true),
-      root(0),
-      nextFreeSlot(0),
-      freeList(0)
+      stringTable(TOV_NEW StringTable(*other.stringTable)), owning(true), root(0), nextFreeSlot(0), freeList(0)
 {
     doMemoryCopy(other);
 }
 
 DynamicObject::DynamicObject(const Ref& ref)
-    : nodeAllocator(ref.getObject().nodeAllocator),
-      stringTable(ref.getObject().stringTable),
-      owning(false),
-      root(0),
-      nextFreeSlot(0),
-      freeList(0)
+    : nodeAllocator(ref.getObject().nodeAllocator), stringTable(ref.getObject().stringTable), owning(false), root(0),
+      nextFreeSlot(0), freeList(0)
 {
     doMemoryCopy(ref.getObject());
 }
@@ -190,8 +174,8 @@ void DynamicObject::deallocateNode(DynamicObjectNode* node, unsigned int handle)
 {
     // Dead nodes read as nonsense (a negative character, no value) should anything still look at them.
     std::memset(static_cast<void*>(node), 0xEF, sizeof(DynamicObjectNode));
-    const unsigned int lastGiven = static_cast<unsigned int>(blocks.size() - 1) * nodeAllocator->getBlockSize() +
-                                   nextFreeSlot;
+    const unsigned int lastGiven =
+        static_cast<unsigned int>(blocks.size() - 1) * nodeAllocator->getBlockSize() + nextFreeSlot;
     if (handle == lastGiven) {
         --nextFreeSlot;
     } else {
@@ -200,8 +184,8 @@ void DynamicObject::deallocateNode(DynamicObjectNode* node, unsigned int handle)
     }
 }
 
-DynamicObjectNode* DynamicObject::findNode(unsigned int start, const char* key, unsigned int length,
-                                           bool toSplitNode, unsigned int& handle) const
+DynamicObjectNode* DynamicObject::findNode(unsigned int start, const char* key, unsigned int length, bool toSplitNode,
+                                           unsigned int& handle) const
 {
     // The loop keeps the handle in a local and picks the next link without branching on the comparison,
     // which is as good as random in a search: every path read by text goes through here.
@@ -211,7 +195,7 @@ DynamicObjectNode* DynamicObject::findNode(unsigned int start, const char* key, 
     while (current != 0 && p != end) {
         const DynamicObjectNode* node = nodeAt(current);
         if (node == nullptr) {
-            getNode(current);   // reports the handle out of range
+            getNode(current); // reports the handle out of range
             current = 0;
             break;
         }
@@ -274,8 +258,8 @@ DynamicObjectNode* DynamicObject::findValueNode(unsigned int start, const char* 
     return value;
 }
 
-DynamicObjectNode* DynamicObject::addProperty(unsigned int start, const char* key, unsigned int length,
-                                              bool& inserted, unsigned int& child, unsigned int& childValue)
+DynamicObjectNode* DynamicObject::addProperty(unsigned int start, const char* key, unsigned int length, bool& inserted,
+                                              unsigned int& child, unsigned int& childValue)
 {
     unsigned int startLink = start;
     unsigned int* slot = &startLink;
@@ -381,8 +365,8 @@ bool DynamicObject::eraseProperty(unsigned int* link, const char* key, unsigned 
     const signed char c = length != 0 ? static_cast<signed char>(*key) : 0;
     bool removed;
     if (c == node->trie.splitChar) {
-        removed = eraseProperty(&node->trie.equal, length != 0 ? key + 1 : key, length != 0 ? length - 1 : 0,
-                                matchErased);
+        removed =
+            eraseProperty(&node->trie.equal, length != 0 ? key + 1 : key, length != 0 ? length - 1 : 0, matchErased);
     } else if (c > node->trie.splitChar) {
         removed = eraseProperty(&node->trie.greater, key, length, matchErased);
     } else {
@@ -456,9 +440,8 @@ unsigned int DynamicObject::doAddChild(unsigned int parent, const char* key, uns
     return child;
 }
 
-unsigned int DynamicObject::getChildRecursive(unsigned int handle, unsigned int target,
-                                              unsigned int& nbChildrenParsed, bool insideName, bool isStart,
-                                              unsigned int parent) const
+unsigned int DynamicObject::getChildRecursive(unsigned int handle, unsigned int target, unsigned int& nbChildrenParsed,
+                                              bool insideName, bool isStart, unsigned int parent) const
 {
     const DynamicObjectNode* node = getNode(handle);
     if (node == nullptr) {
@@ -573,7 +556,8 @@ void DynamicObject::doStreamCopy(const DynamicObject& other)
     // allocated here could be one that is in use. It is converted from the number of slots handed out,
     // and the blocks that the stream filled beyond them go back to the allocator.
     const unsigned int usedSlots =
-        other.blocks.empty() ? 0 : static_cast<unsigned int>(other.blocks.size() - 1) * otherBlockSize + other.nextFreeSlot;
+        other.blocks.empty() ? 0
+                             : static_cast<unsigned int>(other.blocks.size() - 1) * otherBlockSize + other.nextFreeSlot;
     const unsigned int neededBlocks = (usedSlots + blockSize - 1) / blockSize;
     while (blocks.size() > neededBlocks) {
         nodeAllocator->free(blocks.back());

@@ -110,15 +110,13 @@ public:
     bool hasChild(unsigned int parent, const char* name) const;
     bool hasChild(unsigned int parent, const char* name, unsigned int nameLength) const;
     bool hasChild(const char* parentKey, const char* name) const;
-    bool hasChild(const char* parentKey, unsigned int parentLength, const char* name,
-                  unsigned int nameLength) const;
+    bool hasChild(const char* parentKey, unsigned int parentLength, const char* name, unsigned int nameLength) const;
     // Adds the child `name` to an object (or a null property, which becomes an object) and returns it,
     // or returns the existing child. A name holding ".", "[" or "]" breaks the contract.
     unsigned int addChild(unsigned int parent, const char* name);
     unsigned int addChild(unsigned int parent, const char* name, unsigned int nameLength);
     unsigned int addChild(const char* parentKey, const char* name);
-    unsigned int addChild(const char* parentKey, unsigned int parentLength, const char* name,
-                          unsigned int nameLength);
+    unsigned int addChild(const char* parentKey, unsigned int parentLength, const char* name, unsigned int nameLength);
     // Removes a child and its subtree; the parent becomes null with its last child. False when missing.
     bool eraseChild(unsigned int parent, const char* name);
     bool eraseChild(unsigned int parent, const char* name, unsigned int nameLength);

@@ -117,8 +117,8 @@ void DynamicObject::getElements(unsigned int array, unsigned int* elements, unsi
     }
 }
 
-void DynamicObject::collectElements(unsigned int level, unsigned int index, unsigned int digits,
-                                    unsigned int* elements, unsigned int count) const
+void DynamicObject::collectElements(unsigned int level, unsigned int index, unsigned int digits, unsigned int* elements,
+                                    unsigned int count) const
 {
     // Every key "[digits]" below the "[", in the form formatArrayKey writes (no leading zero, five digits
     // at most): the split node after its "]", found as findNode finds it, is element `digits`.
@@ -133,12 +133,11 @@ void DynamicObject::collectElements(unsigned int level, unsigned int index, unsi
         const signed char c = node->trie.splitChar;
         if (c >= '0' && c <= '9') {
             if (digits < impl::arrayIndexDigits && !(digits != 0 && index == 0)) {
-                collectElements(node->trie.equal, index * 10 + static_cast<unsigned int>(c - '0'), digits + 1,
-                                elements, count);
+                collectElements(node->trie.equal, index * 10 + static_cast<unsigned int>(c - '0'), digits + 1, elements,
+                                count);
             }
         } else if (c == ']' && digits != 0 && index < count) {
-            elements[index] =
-                impl::findLevelSplitNode(node->trie.equal, [this](unsigned int h) { return getNode(h); });
+            elements[index] = impl::findLevelSplitNode(node->trie.equal, [this](unsigned int h) { return getNode(h); });
         }
         level = node->trie.greater;
     }

@@ -155,8 +155,8 @@ bool DynamicObjectBuilder::arrayChild()
         // The element that would make the array reach its maximum size is refused; going on would push a
         // missing element, whose first write asserts.
         TOV_LOG_ERROR(getLogger(), error::invalidOperation,
-                      "The current array property (" << current << ") reached its maximum size: "
-                                                     << DynamicObject::getMaximumArraySize() << ".");
+                      "The current array property ("
+                          << current << ") reached its maximum size: " << DynamicObject::getMaximumArraySize() << ".");
         return false;
     }
     if (child == 0) {

@@ -17,8 +17,7 @@ DynamicObjectIterator::DynamicObjectIterator(const DynamicObject& object, unsign
     initializeTraversal(property);
 }
 
-DynamicObjectIterator::DynamicObjectIterator(const DynamicObject& object, unsigned int property,
-                                             unsigned int maxDepth)
+DynamicObjectIterator::DynamicObjectIterator(const DynamicObject& object, unsigned int property, unsigned int maxDepth)
     : object(&object), startProperty(0), startValue(0), property(0), maxDepth(maxDepth), depth(0)
 {
     initializeTraversal(property);
@@ -87,7 +86,7 @@ DynamicObjectIterator& DynamicObjectIterator::next()
         stack.push_back(current);
         const DynamicObjectNode* node = object->nodeAt(current);
         if (node == nullptr) {
-            object->getNode(current);   // reports the handle out of range
+            object->getNode(current); // reports the handle out of range
             TOV_ASSERT(false, "unable to convert current to real trie node pointer");
             current = 0;
             break;
@@ -158,8 +157,7 @@ unsigned int DynamicObjectIterator::findNextChildFromParent(unsigned int current
                 current = node->trie.greater;
             }
         } else if (node->trie.equal == child) {
-            TOV_ASSERT(!key.empty(),
-                       "unable to remove one character from key although we are in an equal match case");
+            TOV_ASSERT(!key.empty(), "unable to remove one character from key although we are in an equal match case");
             if (isSeparator(node->trie.splitChar)) {
                 if (depth == 0) {
                     // Climbing over the first separator below the start: the walk has left its region.

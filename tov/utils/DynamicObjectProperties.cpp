@@ -13,8 +13,8 @@ namespace utils {
 
 using details::DynamicObjectNode;
 
-using impl::ChildKey;
 using impl::arrayKeyCapacity;
+using impl::ChildKey;
 using impl::invalidPropertyMessage;
 using impl::lengthOf;
 using impl::nullKeyMessage;
@@ -50,7 +50,8 @@ unsigned int DynamicObject::getProperty(const char* key, unsigned int length) co
 unsigned int DynamicObject::getPropertyAsserts(const char* key, unsigned int length) const
 {
     const unsigned int property = getProperty(key, length);
-    TOV_ASSERT(property != 0, "Unable to find property for the key '" << String(key != nullptr ? key : "", key != nullptr ? length : 0) << "'");
+    TOV_ASSERT(property != 0, "Unable to find property for the key '"
+                                  << String(key != nullptr ? key : "", key != nullptr ? length : 0) << "'");
     return property;
 }
 
@@ -174,8 +175,8 @@ unsigned int DynamicObject::countChildren(const char* key, unsigned int length) 
     return countChildren(getPropertyAsserts(key, length));
 }
 
-unsigned int DynamicObject::addCheckedChild(unsigned int parent, const char* name, unsigned int length,
-                                            bool& notObject, unsigned int& childValue)
+unsigned int DynamicObject::addCheckedChild(unsigned int parent, const char* name, unsigned int length, bool& notObject,
+                                            unsigned int& childValue)
 {
     childValue = 0;
     DynamicObjectNode* value = findValueNode(parent);
@@ -384,7 +385,9 @@ unsigned int DynamicObject::renameChild(unsigned int parent, const char* oldName
 {
     TOV_ASSERT(oldLength != 0, "No given name for the child to rename.");
     const bool validKey = newName != nullptr && checkKey(newName, newLength);
-    TOV_ASSERT(validKey, "The given child key, '" << String(newName != nullptr ? newName : "", newName != nullptr ? newLength : 0) << "' is invalid.");
+    TOV_ASSERT(validKey, "The given child key, '"
+                             << String(newName != nullptr ? newName : "", newName != nullptr ? newLength : 0)
+                             << "' is invalid.");
     const unsigned int separator = parent == root ? root : getSeparator(parent);
     TOV_ASSERT(separator != 0, "The given property is not an object having children.");
     if (oldName == nullptr || oldLength == 0 || !validKey || separator == 0) {
@@ -408,8 +411,7 @@ unsigned int DynamicObject::renameChild(unsigned int parent, const char* oldName
         return 0;
     }
     bool newChildInserted = false;
-    DynamicObjectNode* newValue =
-        addProperty(separator, newName, newLength, newChildInserted, newChild, newChildValue);
+    DynamicObjectNode* newValue = addProperty(separator, newName, newLength, newChildInserted, newChild, newChildValue);
     TOV_ASSERT(newChildInserted, "Can't add to the given property a child named " << String(newName, newLength));
     const DynamicObjectNode* oldValue = getNode(oldChildValue);
     *newValue = *oldValue;

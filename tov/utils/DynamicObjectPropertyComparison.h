@@ -18,14 +18,7 @@ class TOV_UTILS_API DynamicObjectPropertyComparison {
 public:
     // The property's value is on the left, the constant on the right.
     // A fixed underlying type: a number outside the list is a value that evaluate can refuse.
-    enum Comparator : int {
-        equal = 0,
-        notEqual = 1,
-        greater = 2,
-        less = 3,
-        greaterOrEqual = 4,
-        lessOrEqual = 5
-    };
+    enum Comparator : int { equal = 0, notEqual = 1, greater = 2, less = 3, greaterOrEqual = 4, lessOrEqual = 5 };
 
     // A null key breaks the contract; the comparison then has the empty key.
     DynamicObjectPropertyComparison(const char* key, Comparator comparator, const DynamicValue& value);

@@ -23,9 +23,7 @@ bool refuse(AbstractLogger* logger, const char* key, type::Type found, const cha
 
 } // namespace
 
-DynamicObjectReader::DynamicObjectReader(const DynamicObject& object) : object(object)
-{
-}
+DynamicObjectReader::DynamicObjectReader(const DynamicObject& object) : object(object) {}
 
 unsigned int DynamicObjectReader::find(const char* key) const
 {

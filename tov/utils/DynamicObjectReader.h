@@ -45,7 +45,8 @@ private:
     [[nodiscard]] bool readInt(unsigned int property, const char* key, long long& value, AbstractLogger* logger) const;
     [[nodiscard]] bool readReal(unsigned int property, const char* key, double& value, AbstractLogger* logger) const;
     [[nodiscard]] bool readBool(unsigned int property, const char* key, bool& value, AbstractLogger* logger) const;
-    [[nodiscard]] bool readString(unsigned int property, const char* key, const char*& value, AbstractLogger* logger) const;
+    [[nodiscard]] bool readString(unsigned int property, const char* key, const char*& value,
+                                  AbstractLogger* logger) const;
 
     const DynamicObject& object;
 };

@@ -78,8 +78,9 @@ bool replayProperty(const proto::Property& property, AbstractObjectBuilder& buil
     case proto::Property::Object:
         return replayObject(property, builder);
     }
-    TOV_LOG_ERROR(builder.getLogger(), error::invalidData,
-                  "Unexpected type indicator for property of a dynamic object found: " << static_cast<int>(property.type()));
+    TOV_LOG_ERROR(
+        builder.getLogger(), error::invalidData,
+        "Unexpected type indicator for property of a dynamic object found: " << static_cast<int>(property.type()));
     return false;
 }
 
@@ -110,7 +111,8 @@ bool deserializeDynamicObject(const char* buffer, unsigned int size, DynamicObje
 {
     proto::DynamicObject saved;
     if (!impl::parseProtobufText(buffer, size, saved)) {
-        TOV_LOG_ERROR(logger, error::invalidData, "Unable to deserialize a dynamic object: " << saved.DebugString().c_str());
+        TOV_LOG_ERROR(logger, error::invalidData,
+                      "Unable to deserialize a dynamic object: " << saved.DebugString().c_str());
         return false;
     }
     const proto::Version& version = saved.version();
@@ -120,8 +122,8 @@ bool deserializeDynamicObject(const char* buffer, unsigned int size, DynamicObje
         TOV_LOG_ERROR(logger, error::invalidData,
                       "Error while deserializing: The file originates from a version, v"
                           << version.major() << "." << version.minor() << "." << version.patch()
-                          << ", that is not compatible with the current version, v" << impl::libraryVersionMajor
-                          << "." << impl::libraryVersionMinor << "." << impl::libraryVersionPatch << ".");
+                          << ", that is not compatible with the current version, v" << impl::libraryVersionMajor << "."
+                          << impl::libraryVersionMinor << "." << impl::libraryVersionPatch << ".");
         return false;
     }
     if (!saved.has_root()) {

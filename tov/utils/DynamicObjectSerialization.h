@@ -14,15 +14,16 @@ class AbstractDataInputOutput;
 class AbstractLogger;
 class DynamicObject;
 
-[[nodiscard]] TOV_UTILS_API bool serializeDynamicObjectToProtobuf(const DynamicObject& object, AbstractDataInputOutput& stream,
-                                                    AbstractLogger* logger);
+[[nodiscard]] TOV_UTILS_API bool
+serializeDynamicObjectToProtobuf(const DynamicObject& object, AbstractDataInputOutput& stream, AbstractLogger* logger);
 // The saved text without a terminating zero, and its length in `size`; null on failure, with `size`
 // left alone.
-[[nodiscard]] TOV_UTILS_API char* serializeDynamicObject(unsigned int& size, const DynamicObject& object, AbstractLogger* logger);
+[[nodiscard]] TOV_UTILS_API char* serializeDynamicObject(unsigned int& size, const DynamicObject& object,
+                                                         AbstractLogger* logger);
 // Reads a saved text into `object` (not cleared first). A text without a root changes nothing; a
 // failed replay leaves what was built so far.
 [[nodiscard]] TOV_UTILS_API bool deserializeDynamicObject(const char* buffer, unsigned int size, DynamicObject& object,
-                                            AbstractLogger* logger);
+                                                          AbstractLogger* logger);
 
 } // namespace utils
 } // namespace tov

@@ -501,8 +501,8 @@ bool DynamicObject::recursiveVisitTrie(unsigned int handle, AbstractObjectBuilde
             break;
         case type::array:
         case type::object:
-            written = builder.objectChild("children count") &&
-                      builder.integer(static_cast<long long>(node->leaf.value.bits));
+            written =
+                builder.objectChild("children count") && builder.integer(static_cast<long long>(node->leaf.value.bits));
             break;
         }
         if (!written) {

@@ -11,15 +11,7 @@ namespace utils {
 
 namespace type {
 // A fixed underlying type, so that any number read from a node or given by a caller is a value of it.
-enum Type : int {
-    null = 0,
-    integer = 1,
-    real = 2,
-    string = 3,
-    boolean = 4,
-    array = 5,
-    object = 6
-};
+enum Type : int { null = 0, integer = 1, real = 2, string = 3, boolean = 4, array = 5, object = 6 };
 } // namespace type
 
 // The name of a type, or null for a number that is no type.

@@ -53,7 +53,7 @@ char* loadFile(const char* path, unsigned int& size, AbstractLogger* logger)
         return nullptr;
     }
     OStringStream content;
-    content << stream->rdbuf();   // an empty file sets the fail state, so it fails here too
+    content << stream->rdbuf(); // an empty file sets the fail state, so it fails here too
     if (content.fail()) {
         TOV_LOG_ERROR(logger, error::ioProblem,
                       "Could not be read file '" << path << "' (error code '" << static_cast<int>(content.rdstate())

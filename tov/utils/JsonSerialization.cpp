@@ -226,8 +226,7 @@ int onStartMap(void* context)
 
 int onMapKey(void* context, const unsigned char* key, size_t length)
 {
-    return contextOf(context).builder.objectChild(reinterpret_cast<const char*>(key),
-                                                  static_cast<unsigned int>(length))
+    return contextOf(context).builder.objectChild(reinterpret_cast<const char*>(key), static_cast<unsigned int>(length))
                ? 1
                : 0;
 }
@@ -254,8 +253,7 @@ bool serializeDynamicObject(const DynamicObject& object, AbstractObjectBuilder& 
     return builder.begin() && serializeProperty(object, object.getRoot(), builder) && builder.end();
 }
 
-bool serializeDynamicObjectToJson(const DynamicObject& object, AbstractDataInputOutput& stream,
-                                  AbstractLogger* logger)
+bool serializeDynamicObjectToJson(const DynamicObject& object, AbstractDataInputOutput& stream, AbstractLogger* logger)
 {
     JsonObjectBuilder builder(stream, false);
     builder.setLogger(logger);
@@ -266,7 +264,7 @@ bool deserializeJson(AbstractObjectBuilder& builder, AbstractDataInputOutput& st
 {
     yajl_alloc_funcs allocationFunctions = impl::makeYajlAllocationFunctions();
     // Numbers arrive as their text, read by onNumber as yajl would read them.
-    const yajl_callbacks callbacks = {&onNull,     &onBoolean, nullptr,   nullptr,     &onNumber,   &onString,
+    const yajl_callbacks callbacks = {&onNull,     &onBoolean, nullptr,   nullptr,       &onNumber,  &onString,
                                       &onStartMap, &onMapKey,  &onEndMap, &onStartArray, &onEndArray};
     ParseContext context(builder);
     const char* decimalPoint = std::localeconv()->decimal_point;

@@ -16,15 +16,15 @@ class DynamicObject;
 
 // begin, the whole object from its root, end. The first false stops the walk (without end).
 TOV_UTILS_API bool serializeDynamicObject(const DynamicObject& object, AbstractObjectBuilder& builder);
-[[nodiscard]] TOV_UTILS_API bool serializeDynamicObjectToJson(const DynamicObject& object, AbstractDataInputOutput& stream,
-                                                AbstractLogger* logger);
+[[nodiscard]] TOV_UTILS_API bool serializeDynamicObjectToJson(const DynamicObject& object,
+                                                              AbstractDataInputOutput& stream, AbstractLogger* logger);
 // Replays the JSON text read from `stream` as calls on `builder` (neither begin nor end). The stream
 // must give false from read once its data is used up. Always true: failures show only as the
 // builder's messages.
 TOV_UTILS_API bool deserializeJson(AbstractObjectBuilder& builder, AbstractDataInputOutput& stream);
 // Into the root of `object`, which is not cleared first.
-[[nodiscard]] TOV_UTILS_API bool deserializeDynamicObjectFromJson(DynamicObject& object, AbstractDataInputOutput& stream,
-                                                    AbstractLogger* logger);
+[[nodiscard]] TOV_UTILS_API bool
+deserializeDynamicObjectFromJson(DynamicObject& object, AbstractDataInputOutput& stream, AbstractLogger* logger);
 
 } // namespace utils
 } // namespace tov

@@ -101,10 +101,9 @@ struct LockTexts {
     const char* notOwner;
 };
 
-const LockTexts lockTexts = {"lock", invalidLockText, "[EDEADLK] The current thread already owns the mutex.",
-                             nullptr, nullptr};
-const LockTexts tryLockTexts = {"try lock", invalidLockText, nullptr, "[EBUSY] The mutex it already locked.",
-                                nullptr};
+const LockTexts lockTexts = {"lock", invalidLockText, "[EDEADLK] The current thread already owns the mutex.", nullptr,
+                             nullptr};
+const LockTexts tryLockTexts = {"try lock", invalidLockText, nullptr, "[EBUSY] The mutex it already locked.", nullptr};
 const LockTexts unlockTexts = {"unlock", "[EINVAL] The mutex wasn't properly initialized (during its construction).",
                                nullptr, nullptr, "[EPERM] The current thread does not own the mutex."};
 

@@ -11,12 +11,8 @@ namespace utils {
 
 OstreamLogger::OstreamLogger(std::ostream* errorStream, std::ostream* warningStream, std::ostream* infoStream,
                              std::ostream* traceStream)
-    : AbstractLogger(warningStream != nullptr, infoStream != nullptr, traceStream != nullptr),
-      mutex(Mutex::Normal),
-      errorStream(errorStream),
-      warningStream(warningStream),
-      infoStream(infoStream),
-      traceStream(traceStream)
+    : AbstractLogger(warningStream != nullptr, infoStream != nullptr, traceStream != nullptr), mutex(Mutex::Normal),
+      errorStream(errorStream), warningStream(warningStream), infoStream(infoStream), traceStream(traceStream)
 {
 }
 

@@ -25,8 +25,8 @@ namespace {
 // The setter's refusal repeats "getter": the text stands so.
 const char* refusalText(int refusal)
 {
-    static const char* const texts[] = {"Invalid property name.", "Invalid getter pointer.",
-                                        "Invalid getter pointer.", "Invalid owner type.", "Invalid value type."};
+    static const char* const texts[] = {"Invalid property name.", "Invalid getter pointer.", "Invalid getter pointer.",
+                                        "Invalid owner type.", "Invalid value type."};
     return texts[refusal];
 }
 
@@ -35,11 +35,8 @@ const char* refusalText(int refusal)
 Property::Property() : holder(nullptr), typeManager(nullptr) {}
 
 Property::Property(const Property& other)
-    : key(other.key),
-      ownerType(other.ownerType),
-      valueType(other.valueType),
-      holder(other.holder != nullptr ? other.holder->clone() : nullptr),
-      typeManager(other.typeManager)
+    : key(other.key), ownerType(other.ownerType), valueType(other.valueType),
+      holder(other.holder != nullptr ? other.holder->clone() : nullptr), typeManager(other.typeManager)
 {
 }
 

@@ -38,8 +38,9 @@ public:
     // and written by `setter`. Both types must be registered in `typeManager`, which must outlive the
     // property. On failure the property is left invalid and the result is false, with a message.
     template <typename Owner, typename Value>
-    [[nodiscard]] bool setAccessors(const char* key, const Value& (Owner::*getter)() const, void (Owner::*setter)(const Value&),
-                      const TypeManager& typeManager, AbstractLogger* logger);
+    [[nodiscard]] bool setAccessors(const char* key, const Value& (Owner::*getter)() const,
+                                    void (Owner::*setter)(const Value&), const TypeManager& typeManager,
+                                    AbstractLogger* logger);
 
     bool isValid() const;
 
@@ -87,7 +88,7 @@ private:
     bool refuse(Refusal refusal, AbstractLogger* logger);
     // Stores the key, the ids and the manager, and checks that both types are registered.
     [[nodiscard]] bool bind(const char* key, const Uuid& ownerId, const Uuid& valueId, const TypeManager& manager,
-              AbstractLogger* logger);
+                            AbstractLogger* logger);
     void replaceHolder(details::PropertyHolder* newHolder);
     void assertValid() const;
     bool isBoundTo(const Uuid& ownerId, const Uuid& valueId) const;

@@ -17,7 +17,8 @@ class Random;
 }
 
 [[nodiscard]] TOV_UTILS_API char* serializeRandom(unsigned int& size, const Random& random, AbstractLogger* logger);
-[[nodiscard]] TOV_UTILS_API bool deserializeRandom(const char* buffer, unsigned int size, Random& random, AbstractLogger* logger);
+[[nodiscard]] TOV_UTILS_API bool deserializeRandom(const char* buffer, unsigned int size, Random& random,
+                                                   AbstractLogger* logger);
 
 class TOV_UTILS_API Random {
 public:
@@ -45,7 +46,7 @@ private:
     // Moves to an absolute count, either way, without drawing.
     void advance(long long count);
 
-    impl::Random* engine;   // owned
+    impl::Random* engine; // owned
 };
 
 } // namespace utils

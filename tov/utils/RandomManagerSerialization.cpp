@@ -34,8 +34,8 @@ struct Texts {
     const char* prefix;
     const char* missingProperties;
 };
-const Texts randomTexts = {"Unable to deserialize a random stream: ", "Error while deserializing random: ",
-                           "expected field random not found"};
+const Texts randomTexts = {
+    "Unable to deserialize a random stream: ", "Error while deserializing random: ", "expected field random not found"};
 const Texts managerTexts = {"Unable to deserialize a random manager: ", "Error while deserializing random manager: ",
                             "expected field randomManager not found"};
 const char* const missingSeed = "expected field seed not found";

@@ -15,15 +15,17 @@ namespace utils {
 class AbstractLogger;
 
 // The text, without terminator, and its length in `size`; null after logging when printing fails.
-[[nodiscard]] TOV_UTILS_API char* serializeRandomManager(unsigned int& size, const RandomManager& manager, AbstractLogger* logger);
+[[nodiscard]] TOV_UTILS_API char* serializeRandomManager(unsigned int& size, const RandomManager& manager,
+                                                         AbstractLogger* logger);
 // False after logging, with `manager` unchanged, for text that isn't a manager of this version.
 [[nodiscard]] TOV_UTILS_API bool deserializeRandomManager(const char* buffer, unsigned int size, RandomManager& manager,
-                                            AbstractLogger* logger);
+                                                          AbstractLogger* logger);
 
 [[nodiscard]] TOV_UTILS_API char* serializeRandom(unsigned int& size, const Random& random, AbstractLogger* logger);
 // Re-seeds and steps a new stream to the saved count, then assigns it; false after logging, with
 // `random` unchanged, for text that isn't a stream of this version.
-[[nodiscard]] TOV_UTILS_API bool deserializeRandom(const char* buffer, unsigned int size, Random& random, AbstractLogger* logger);
+[[nodiscard]] TOV_UTILS_API bool deserializeRandom(const char* buffer, unsigned int size, Random& random,
+                                                   AbstractLogger* logger);
 
 } // namespace utils
 } // namespace tov

@@ -19,7 +19,7 @@ void ScopedPtr<T>::reset(T* newPointer)
 {
     TOV_ASSERT(newPointer == nullptr || newPointer != pointer, "resetting a scoped ptr to itself!");
     if (newPointer != nullptr && newPointer == pointer) {
-        return;   // destroying it would leave this owner dangling
+        return; // destroying it would leave this owner dangling
     }
     T* old = pointer;
     pointer = newPointer;

@@ -41,65 +41,66 @@ private:
 
 // Declares the identity of a class derived from StaticObject. Name it first in the class body: it leaves
 // the section private, as a class body starts.
-#define TOV_STATIC_OBJECT                                                                                \
-public:                                                                                                  \
-    const char* getTypeName() const override;                                                            \
-    const ::tov::utils::Uuid& getTypeId() const override;                                                \
-    ::tov::utils::StaticObject::MetadataSetter getMetadataSetter() override;                             \
-    static const char* getClassTypeName();                                                               \
-    static const ::tov::utils::Uuid& getClassTypeId();                                                   \
-    static ::tov::utils::StaticObject::MetadataSetter getClassMetadataSetter();                          \
-                                                                                                         \
-private:                                                                                                 \
-    [[nodiscard]] static bool internalSetMetadata(::tov::utils::TypeManager& typeManager, ::tov::utils::AbstractLogger* logger);
+#define TOV_STATIC_OBJECT                                                                                              \
+public:                                                                                                                \
+    const char* getTypeName() const override;                                                                          \
+    const ::tov::utils::Uuid& getTypeId() const override;                                                              \
+    ::tov::utils::StaticObject::MetadataSetter getMetadataSetter() override;                                           \
+    static const char* getClassTypeName();                                                                             \
+    static const ::tov::utils::Uuid& getClassTypeId();                                                                 \
+    static ::tov::utils::StaticObject::MetadataSetter getClassMetadataSetter();                                        \
+                                                                                                                       \
+private:                                                                                                               \
+    [[nodiscard]] static bool internalSetMetadata(::tov::utils::TypeManager& typeManager,                              \
+                                                  ::tov::utils::AbstractLogger* logger);
 
 // Defines the name and id of `Class` and the virtual forms that hand them out; the class's own source
 // file then defines internalSetMetadata, or uses one of the two macros below instead. The id is read on
 // first use from its literal, so that ids need no order of static construction.
-#define TOV_STATIC_OBJECT_DEFINE_IDENTITY(Class, typeName, typeId)                                       \
-    const char* Class::getClassTypeName()                                                                \
-    {                                                                                                    \
-        static const char* const name = typeName;                                                        \
-        return name;                                                                                     \
-    }                                                                                                    \
-    const ::tov::utils::Uuid& Class::getClassTypeId()                                                    \
-    {                                                                                                    \
-        static const ::tov::utils::Uuid id = [] {                                                        \
-            ::tov::utils::Uuid read;                                                                     \
-            static_cast<void>(read.set(typeId, nullptr));                                                \
-            return read;                                                                                 \
-        }();                                                                                             \
-        return id;                                                                                       \
-    }                                                                                                    \
-    ::tov::utils::StaticObject::MetadataSetter Class::getClassMetadataSetter()                           \
-    {                                                                                                    \
-        return &Class::internalSetMetadata;                                                              \
-    }                                                                                                    \
-    const char* Class::getTypeName() const                                                               \
-    {                                                                                                    \
-        return Class::getClassTypeName();                                                                \
-    }                                                                                                    \
-    const ::tov::utils::Uuid& Class::getTypeId() const                                                   \
-    {                                                                                                    \
-        return Class::getClassTypeId();                                                                  \
-    }                                                                                                    \
-    ::tov::utils::StaticObject::MetadataSetter Class::getMetadataSetter()                                \
-    {                                                                                                    \
-        return Class::getClassMetadataSetter();                                                          \
+#define TOV_STATIC_OBJECT_DEFINE_IDENTITY(Class, typeName, typeId)                                                     \
+    const char* Class::getClassTypeName()                                                                              \
+    {                                                                                                                  \
+        static const char* const name = typeName;                                                                      \
+        return name;                                                                                                   \
+    }                                                                                                                  \
+    const ::tov::utils::Uuid& Class::getClassTypeId()                                                                  \
+    {                                                                                                                  \
+        static const ::tov::utils::Uuid id = [] {                                                                      \
+            ::tov::utils::Uuid read;                                                                                   \
+            static_cast<void>(read.set(typeId, nullptr));                                                              \
+            return read;                                                                                               \
+        }();                                                                                                           \
+        return id;                                                                                                     \
+    }                                                                                                                  \
+    ::tov::utils::StaticObject::MetadataSetter Class::getClassMetadataSetter()                                         \
+    {                                                                                                                  \
+        return &Class::internalSetMetadata;                                                                            \
+    }                                                                                                                  \
+    const char* Class::getTypeName() const                                                                             \
+    {                                                                                                                  \
+        return Class::getClassTypeName();                                                                              \
+    }                                                                                                                  \
+    const ::tov::utils::Uuid& Class::getTypeId() const                                                                 \
+    {                                                                                                                  \
+        return Class::getClassTypeId();                                                                                \
+    }                                                                                                                  \
+    ::tov::utils::StaticObject::MetadataSetter Class::getMetadataSetter()                                              \
+    {                                                                                                                  \
+        return Class::getClassMetadataSetter();                                                                        \
     }
 
 // A class with no base in the metadata: its metadata setter has nothing to state.
-#define TOV_STATIC_OBJECT_DEFINE_ROOT(Class, typeName, typeId)                                           \
-    TOV_STATIC_OBJECT_DEFINE_IDENTITY(Class, typeName, typeId)                                           \
-    bool Class::internalSetMetadata(::tov::utils::TypeManager&, ::tov::utils::AbstractLogger*)           \
-    {                                                                                                    \
-        return true;                                                                                     \
+#define TOV_STATIC_OBJECT_DEFINE_ROOT(Class, typeName, typeId)                                                         \
+    TOV_STATIC_OBJECT_DEFINE_IDENTITY(Class, typeName, typeId)                                                         \
+    bool Class::internalSetMetadata(::tov::utils::TypeManager&, ::tov::utils::AbstractLogger*)                         \
+    {                                                                                                                  \
+        return true;                                                                                                   \
     }
 
 // A class whose metadata derives from `Base`, which must be registered first.
-#define TOV_STATIC_OBJECT_DEFINE_DERIVED(Class, Base, typeName, typeId)                                  \
-    TOV_STATIC_OBJECT_DEFINE_IDENTITY(Class, typeName, typeId)                                           \
-    bool Class::internalSetMetadata(::tov::utils::TypeManager& typeManager, ::tov::utils::AbstractLogger* logger) \
-    {                                                                                                    \
-        return typeManager.addBaseType(Class::getClassTypeId(), Base::getClassTypeId(), logger);         \
+#define TOV_STATIC_OBJECT_DEFINE_DERIVED(Class, Base, typeName, typeId)                                                \
+    TOV_STATIC_OBJECT_DEFINE_IDENTITY(Class, typeName, typeId)                                                         \
+    bool Class::internalSetMetadata(::tov::utils::TypeManager& typeManager, ::tov::utils::AbstractLogger* logger)      \
+    {                                                                                                                  \
+        return typeManager.addBaseType(Class::getClassTypeId(), Base::getClassTypeId(), logger);                       \
     }

@@ -31,7 +31,8 @@ public:
     [[nodiscard]] unsigned long long hash(const char* text, unsigned int length, AbstractLogger* logger) const;
     // Whether `hash` holds exactly this text.
     [[nodiscard]] bool check(const char* text, const unsigned long long& hash, AbstractLogger* logger) const;
-    [[nodiscard]] bool check(const char* text, unsigned int length, const unsigned long long& hash, AbstractLogger* logger) const;
+    [[nodiscard]] bool check(const char* text, unsigned int length, const unsigned long long& hash,
+                             AbstractLogger* logger) const;
     // The stored text, valid until clear, assignment or destruction; `defaultValue` for 0 or an unknown hash.
     const char* retrieve(const unsigned long long& hash, const char* defaultValue) const;
 

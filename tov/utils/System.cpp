@@ -42,8 +42,11 @@ bool registerClass(TypeManager& typeManager, AbstractLogger* logger)
 }
 
 // A row of the table below: TOV_CLASS_REGISTRATION(debugger::MainContext, 10).
-#define TOV_CLASS_REGISTRATION(Class, unregistrationRank)                                                   \
-    ClassRegistration{&registerClass<Class>, &Class::getClassTypeId, unregistrationRank}
+#define TOV_CLASS_REGISTRATION(Class, unregistrationRank)                                                              \
+    ClassRegistration                                                                                                  \
+    {                                                                                                                  \
+        &registerClass<Class>, &Class::getClassTypeId, unregistrationRank                                              \
+    }
 
 // In the order of registration, behind the base types: a class comes after the bases that its metadata
 // names. isInitialized is true only while every one of them is registered. Terminate unregisters them

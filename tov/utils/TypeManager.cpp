@@ -66,16 +66,17 @@ bool TypeManager::registerType(const Uuid& id, const char* name, AbstractLogger*
     if (byId != typesById.end() && std::strcmp(byId->second->getName(), name) != 0) {
         TOV_LOG_ERROR(logger, error::invalidArgument,
                       "While trying to register a type with name " << name << ", another type named "
-                          << byId->second->getName() << ",  was found with the same id, " << id << ".");
+                                                                   << byId->second->getName()
+                                                                   << ",  was found with the same id, " << id << ".");
         return false;
     }
     const auto byName = typesByName.find(name);
     if (byName != typesByName.end()) {
         if (byName->second->getTypeId() != id) {
             TOV_LOG_ERROR(logger, error::invalidArgument,
-                          "While trying to register a type with id {" << id << "}, another type with id {"
-                              << byName->second->getTypeId() << "}, was found with the same name '" << name
-                              << "'.");
+                          "While trying to register a type with id {"
+                              << id << "}, another type with id {" << byName->second->getTypeId()
+                              << "}, was found with the same name '" << name << "'.");
             return false;
         }
         TOV_LOG_WARNING(logger, "Trying to register an already registered type: '" << name << "' {" << id << "}");
@@ -123,27 +124,26 @@ bool TypeManager::registerBaseTypes(AbstractLogger* logger)
     using Vector2r = Vector2<double>;
     using Quaternionr = Quaternion<double>;
     // Each step runs only while the earlier ones succeeded.
-    const bool registered =
-        registerType(getClassTypeId<int>(), "int", logger) &&
-        registerType(getClassTypeId<long long>(), "int64", logger) &&
-        registerType(getClassTypeId<double>(), "double", logger) &&
-        registerType(getClassTypeId<float>(), "float", logger) &&
-        registerType(getClassTypeId<bool>(), "bool", logger) &&
-        registerType(getClassTypeId<String>(), "tov::utils::String", logger) &&
-        registerType(getClassTypeId<Vector3r>(), "tov::utils::Vector3r", logger) &&
-        registerProperty("x", &Vector3r::getX, &Vector3r::setX, logger) &&
-        registerProperty("y", &Vector3r::getY, &Vector3r::setY, logger) &&
-        registerProperty("z", &Vector3r::getZ, &Vector3r::setZ, logger) &&
-        registerType(getClassTypeId<Vector2r>(), "tov::utils::Vector2r", logger) &&
-        registerProperty("x", &Vector2r::getX, &Vector2r::setX, logger) &&
-        registerProperty("y", &Vector2r::getY, &Vector2r::setY, logger) &&
-        registerType(getClassTypeId<Quaternionr>(), "tov::utils::Quaternionr", logger) &&
-        registerProperty("x", &Quaternionr::getX, &Quaternionr::setX, logger) &&
-        registerProperty("y", &Quaternionr::getY, &Quaternionr::setY, logger) &&
-        registerProperty("z", &Quaternionr::getZ, &Quaternionr::setZ, logger) &&
-        registerProperty("w", &Quaternionr::getW, &Quaternionr::setW, logger) &&
-        registerType(getClassTypeId<DynamicObject>(), "tov::utils::DynamicObject", logger) &&
-        registerType<StaticObject>(logger);
+    const bool registered = registerType(getClassTypeId<int>(), "int", logger) &&
+                            registerType(getClassTypeId<long long>(), "int64", logger) &&
+                            registerType(getClassTypeId<double>(), "double", logger) &&
+                            registerType(getClassTypeId<float>(), "float", logger) &&
+                            registerType(getClassTypeId<bool>(), "bool", logger) &&
+                            registerType(getClassTypeId<String>(), "tov::utils::String", logger) &&
+                            registerType(getClassTypeId<Vector3r>(), "tov::utils::Vector3r", logger) &&
+                            registerProperty("x", &Vector3r::getX, &Vector3r::setX, logger) &&
+                            registerProperty("y", &Vector3r::getY, &Vector3r::setY, logger) &&
+                            registerProperty("z", &Vector3r::getZ, &Vector3r::setZ, logger) &&
+                            registerType(getClassTypeId<Vector2r>(), "tov::utils::Vector2r", logger) &&
+                            registerProperty("x", &Vector2r::getX, &Vector2r::setX, logger) &&
+                            registerProperty("y", &Vector2r::getY, &Vector2r::setY, logger) &&
+                            registerType(getClassTypeId<Quaternionr>(), "tov::utils::Quaternionr", logger) &&
+                            registerProperty("x", &Quaternionr::getX, &Quaternionr::setX, logger) &&
+                            registerProperty("y", &Quaternionr::getY, &Quaternionr::setY, logger) &&
+                            registerProperty("z", &Quaternionr::getZ, &Quaternionr::setZ, logger) &&
+                            registerProperty("w", &Quaternionr::getW, &Quaternionr::setW, logger) &&
+                            registerType(getClassTypeId<DynamicObject>(), "tov::utils::DynamicObject", logger) &&
+                            registerType<StaticObject>(logger);
     if (!registered) {
         unregisterBaseTypes();
     }

@@ -73,7 +73,7 @@ public:
     // is not checked against the type's other properties.
     template <typename Owner, typename Value>
     [[nodiscard]] bool registerProperty(const char* key, const Value& (Owner::*getter)() const,
-                          void (Owner::*setter)(const Value&), AbstractLogger* logger);
+                                        void (Owner::*setter)(const Value&), AbstractLogger* logger);
     // By name, the type's own properties come before those of its bases, and a key matches the first
     // property whose name starts with it. A missing property breaks the contract of getProperty.
     bool isPropertyRegistered(const Uuid& id, const char* key) const;

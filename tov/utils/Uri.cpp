@@ -32,8 +32,8 @@ void logRefusedCharacter(AbstractLogger* logger, const char* part, char characte
 void logRefusedPathCharacter(AbstractLogger* logger, char character, unsigned int segment, unsigned int index)
 {
     TOV_LOG_ERROR(logger, error::invalidArgument,
-                  "Unexpected character in the " << pathSegmentPart << " definition: '" << character << "' #"
-                                                 << segment << "," << index << ".");
+                  "Unexpected character in the " << pathSegmentPart << " definition: '" << character << "' #" << segment
+                                                 << "," << index << ".");
 }
 
 bool isSchemeCharacter(char character, unsigned int index)
@@ -368,7 +368,7 @@ bool Uri::replacePath(PathPieces& pieces, AbstractLogger* logger)
         ++count;
     }
     if (count != 0) {
-        newLength += count - 1;   // the separators, stored as NULs
+        newLength += count - 1; // the separators, stored as NULs
     }
 
     const unsigned int begin = pathSegmentOffsets[0];

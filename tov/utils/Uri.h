@@ -36,10 +36,11 @@ public:
     [[nodiscard]] bool set(const char* uri, AbstractLogger* logger);
     [[nodiscard]] bool set(const char* uri, unsigned int length, AbstractLogger* logger);
     [[nodiscard]] bool set(const char* scheme, unsigned int schemeLength, const char* path, unsigned int pathLength,
-             const char* extension, unsigned int extensionLength, const char* query, unsigned int queryLength,
-             const char* fragment, unsigned int fragmentLength, AbstractLogger* logger);
-    [[nodiscard]] bool set(const char* scheme, const char* path, const char* extension, const char* query, const char* fragment,
-             AbstractLogger* logger);
+                           const char* extension, unsigned int extensionLength, const char* query,
+                           unsigned int queryLength, const char* fragment, unsigned int fragmentLength,
+                           AbstractLogger* logger);
+    [[nodiscard]] bool set(const char* scheme, const char* path, const char* extension, const char* query,
+                           const char* fragment, AbstractLogger* logger);
 
     [[nodiscard]] bool setScheme(const char* scheme, AbstractLogger* logger);
     [[nodiscard]] bool setScheme(const char* scheme, unsigned int length, AbstractLogger* logger);
@@ -47,7 +48,7 @@ public:
     [[nodiscard]] bool setPath(const char* path, AbstractLogger* logger);
     [[nodiscard]] bool setPath(const char* path, unsigned int length, AbstractLogger* logger);
     [[nodiscard]] bool setPathSegments(const char* const* segments, const unsigned int* lengths, unsigned int count,
-                         AbstractLogger* logger);
+                                       AbstractLogger* logger);
     [[nodiscard]] bool setExtension(const char* extension, AbstractLogger* logger);
     [[nodiscard]] bool setExtension(const char* extension, unsigned int length, AbstractLogger* logger);
     [[nodiscard]] bool setQuery(const char* query, AbstractLogger* logger);

@@ -55,9 +55,11 @@ bool Uuid::set(const char* text, AbstractLogger* logger)
         return false;
     }
     if (std::strlen(text) != uuidTextLength) {
-        TOV_LOG_ERROR(logger, error::invalidArgument,
-                      "The given string '" << text
-                          << "' doesn't have the right format of 36 characters (\"12345678-9ABC-DEF1-2345-6789ABCDEF12\").");
+        TOV_LOG_ERROR(
+            logger, error::invalidArgument,
+            "The given string '"
+                << text
+                << "' doesn't have the right format of 36 characters (\"12345678-9ABC-DEF1-2345-6789ABCDEF12\").");
         clear();
         return false;
     }
@@ -76,8 +78,8 @@ bool Uuid::set(const char* text, AbstractLogger* logger)
 
 void Uuid::computeString(char* buffer) const
 {
-    std::snprintf(buffer, uuidTextLength + 1, "%08x-%04x-%04x-%02x%02x-%02x%02x%02x%02x%02x%02x", data1, data2,
-                  data3, data4[0], data4[1], data4[2], data4[3], data4[4], data4[5], data4[6], data4[7]);
+    std::snprintf(buffer, uuidTextLength + 1, "%08x-%04x-%04x-%02x%02x-%02x%02x%02x%02x%02x%02x", data1, data2, data3,
+                  data4[0], data4[1], data4[2], data4[3], data4[4], data4[5], data4[6], data4[7]);
     for (unsigned int i = 0; i < uuidTextLength; ++i) {
         buffer[i] = static_cast<char>(std::tolower(static_cast<unsigned char>(buffer[i])));
     }

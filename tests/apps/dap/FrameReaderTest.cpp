@@ -26,9 +26,11 @@ Cut cut(const std::string& stream, std::size_t piece)
     };
     for (std::size_t at = 0; at < stream.size(); at += piece) {
         reader.append(stream.data() + at, std::min(piece, stream.size() - at));
-        while (reader.next(frame)) take();
+        while (reader.next(frame))
+            take();
     }
-    while (reader.finish(frame)) take();
+    while (reader.finish(frame))
+        take();
     return result;
 }
 

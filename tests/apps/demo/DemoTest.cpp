@@ -105,8 +105,8 @@ TEST_F(DemoTest, AgentsOfOneSeedLiveTheSameLivesWhateverTheOrderTheyRunIn)
     for (unsigned int i = 0; i < 3; ++i) {
         EXPECT_EQ(expected[i], describe(*again[i])) << "agent " << i;
     }
-    EXPECT_NE(expected[0], expected[1]);   // each draws from a stream of its own
-    EXPECT_GT(first[0]->getMeals(), 0);    // 40 strides of 2.5 cross the world at least once
+    EXPECT_NE(expected[0], expected[1]); // each draws from a stream of its own
+    EXPECT_GT(first[0]->getMeals(), 0);  // 40 strides of 2.5 cross the world at least once
 }
 
 // A newborn starts afresh from the dead agent's own stream: runs with a lifespan still repeat for a seed.
@@ -152,7 +152,7 @@ TEST_F(DemoTest, ASavedWorldLoadsBackInBothFormsAndGoesOnAsTheOriginal)
         ASSERT_TRUE(demo::World::load((prefix + extension).c_str(), loaded, reason)) << extension;
         unsigned int seed = 0;
         long long tick = 0;
-        utils::Facilities::instance().getRandomNumberGenerator().seed(999);   // the saved streams win
+        utils::Facilities::instance().getRandomNumberGenerator().seed(999); // the saved streams win
         std::vector<demo::Agent*> restored;
         ASSERT_TRUE(demo::World::read(loaded, seed, tick, restored, reason)) << reason;
         EXPECT_EQ(77u, seed);
@@ -171,7 +171,7 @@ TEST_F(DemoTest, WorldFilesOfTheWrongShapeAreRefusedWithTheReason)
 {
     const struct {
         const char* content;
-        const char* reason;   // "" when it loads
+        const char* reason; // "" when it loads
     } cases[] = {
         {"{\"seed\":3,\"agents\":[{\"x\":1.5,\"meals\":2},{}]}", ""},
         {"{\"agents\":\"oops\"}", "'agents' is a string, not an array"},
@@ -192,8 +192,8 @@ TEST_F(DemoTest, WorldFilesOfTheWrongShapeAreRefusedWithTheReason)
         unsigned int seed = 5;
         long long tick = 3;
         std::string reason;
-        const bool read = demo::World::load(path.c_str(), loaded, reason) &&
-                          demo::World::read(loaded, seed, tick, agents, reason);
+        const bool read =
+            demo::World::load(path.c_str(), loaded, reason) && demo::World::read(loaded, seed, tick, agents, reason);
         EXPECT_EQ(*c.reason == '\0', read) << c.content;
         EXPECT_EQ(c.reason, read ? std::string() : reason) << c.content;
     }
@@ -208,19 +208,28 @@ TEST_F(DemoTest, ResourcePathsBecomePropertyPathsByTheKindsMetOnTheWay)
     ASSERT_TRUE(demo::readJson("{\"seed\":1,\"agents\":[{\"x\":1.5},{\"x\":2.5,\"pos\":{\"y\":3}}]}", world, nullptr));
     const struct {
         const char* path;
-        const char* key;   // "" for none
+        const char* key; // "" for none
     } cases[] = {
-        {"/agents", "agents"},        {"/agents/1", "agents[1]"},       {"/agents/1/x", "agents[1].x"},
-        {"/agents/1/pos/y", "agents[1].pos.y"}, {"/agents//0/", "agents[0]"}, {"/seed", "seed"},
-        {"/agents/2", ""},            {"/agents/x", ""},                {"/seed/0", ""},
-        {"/agents/0/x/y", ""},        {"/agents.0", ""},                {"/agents[0]", ""},
-        {"/nothing", ""},             {"/agents/99999999", ""},
+        {"/agents", "agents"},
+        {"/agents/1", "agents[1]"},
+        {"/agents/1/x", "agents[1].x"},
+        {"/agents/1/pos/y", "agents[1].pos.y"},
+        {"/agents//0/", "agents[0]"},
+        {"/seed", "seed"},
+        {"/agents/2", ""},
+        {"/agents/x", ""},
+        {"/seed/0", ""},
+        {"/agents/0/x/y", ""},
+        {"/agents.0", ""},
+        {"/agents[0]", ""},
+        {"/nothing", ""},
+        {"/agents/99999999", ""},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(c.key, demo::World::toPropertyPath(world, c.path, static_cast<unsigned int>(std::strlen(c.path))))
             << c.path;
     }
-    EXPECT_EQ(std::string(1, '\0'), demo::World::toPropertyPath(world, "/", 1));   // the whole world
+    EXPECT_EQ(std::string(1, '\0'), demo::World::toPropertyPath(world, "/", 1)); // the whole world
 }
 
 TEST_F(DemoTest, TheWorldServesObjectsArraysAndSingleValuesAsJsonReplies)
@@ -231,7 +240,7 @@ TEST_F(DemoTest, TheWorldServesObjectsArraysAndSingleValuesAsJsonReplies)
     world.setTick(42);
     const struct {
         const char* path;
-        const char* reply;   // "" for not found
+        const char* reply; // "" for not found
     } cases[] = {
         {"/tick", "{\"tick\":42}"},
         {"/agents/1/meals", "{\"meals\":0}"},
@@ -241,7 +250,8 @@ TEST_F(DemoTest, TheWorldServesObjectsArraysAndSingleValuesAsJsonReplies)
     for (const auto& c : cases) {
         utils::MemoryInputOutput text;
         utils::JsonObjectBuilder json(text, false);
-        EXPECT_EQ(*c.reply != '\0', world.serve(c.path, static_cast<unsigned int>(std::strlen(c.path)), json)) << c.path;
+        EXPECT_EQ(*c.reply != '\0', world.serve(c.path, static_cast<unsigned int>(std::strlen(c.path)), json))
+            << c.path;
         EXPECT_EQ(c.reply, text.getText()) << c.path;
     }
     utils::MemoryInputOutput whole;

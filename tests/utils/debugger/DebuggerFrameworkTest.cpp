@@ -16,13 +16,14 @@ TEST_F(DebuggerTest, EntitiesComeWithABottomFrameAndAnEventAndGoOnlyWithTheirFra
     ASSERT_NE(0u, framework().subscribe<debugger::EntityRegistrationRequest>(registrations));
     ASSERT_NE(0u, framework().subscribe<debugger::EntityUnregistrationRequest>(registrations));
     registerEntities({0, 1, 2});
-    registerEntities({1, 2});   // all known: nothing happens
+    registerEntities({1, 2}); // all known: nothing happens
     EXPECT_EQ(3u, debugger().countEntities());
     EXPECT_EQ("tov:simulation", describeStack(debugger(), 1));
     // One new id brings the whole batch in again, each id with another bottom frame.
     registerEntities({2, 3});
-    EXPECT_EQ((std::vector<unsigned int>{0, 1, 2, 2, 3}),
-              std::vector<unsigned int>(debugger().getEntities(), debugger().getEntities() + debugger().countEntities()));
+    EXPECT_EQ(
+        (std::vector<unsigned int>{0, 1, 2, 2, 3}),
+        std::vector<unsigned int>(debugger().getEntities(), debugger().getEntities() + debugger().countEntities()));
     EXPECT_EQ("tov:simulation tov:simulation", describeStack(debugger(), 2));
     EXPECT_EQ((std::vector<std::string>{"registration 0", "registration 1", "registration 2", "registration 2",
                                         "registration 3"}),
@@ -39,10 +40,11 @@ TEST_F(DebuggerTest, EntitiesComeWithABottomFrameAndAnEventAndGoOnlyWithTheirFra
     simulation.pop(2);
     const unsigned int leaving[] = {9, 2, 3};
     simulation.onEntitiesUnregistration(leaving, 3);
-    EXPECT_EQ((std::vector<unsigned int>{0, 1}),
-              std::vector<unsigned int>(debugger().getEntities(), debugger().getEntities() + debugger().countEntities()));
+    EXPECT_EQ(
+        (std::vector<unsigned int>{0, 1}),
+        std::vector<unsigned int>(debugger().getEntities(), debugger().getEntities() + debugger().countEntities()));
     EXPECT_EQ((std::vector<std::string>{"unregistration 2", "unregistration 3"}), registrations.take());
-    EXPECT_EQ(0u, debugger().countContexts(2));   // the stack stays, empty
+    EXPECT_EQ(0u, debugger().countContexts(2)); // the stack stays, empty
 }
 
 TEST_F(DebuggerTest, TheTreeShowsEntitiesTheirStacksAndEachFramesContent)
@@ -86,10 +88,10 @@ TEST_F(DebuggerTest, TheTreeShowsEntitiesTheirStacksAndEachFramesContent)
     EXPECT_EQ(nullptr, debugger().getContext(7, 0, &log));
     EXPECT_EQ(nullptr, debugger().getContext(1, 5, &log));
     EXPECT_EQ(nullptr, simulation.facade->topContext(7, &log));
-    EXPECT_EQ((std::vector<std::string>{"e: Entity '7' is not registered on the debugger.",
-                                        "e: Index '5' is out of bound.",
-                                        "e: Entity '7' is not registered on the debugger."}),
-              log.getMessages());
+    EXPECT_EQ(
+        (std::vector<std::string>{"e: Entity '7' is not registered on the debugger.", "e: Index '5' is out of bound.",
+                                  "e: Entity '7' is not registered on the debugger."}),
+        log.getMessages());
     log.resetErrors();
 }
 
@@ -120,19 +122,19 @@ protected:
 TEST_P(SteppingTest, StepsInOverAndOutOnAStackOfThreeFrames)
 {
     registerEntities({0, 1});
-    EXPECT_FALSE(command("stepin"));   // running: nothing to step
+    EXPECT_FALSE(command("stepin")); // running: nothing to step
     EXPECT_FALSE(command("resume"));
     ASSERT_TRUE(command("suspend", "{\"entity\":1}"));
     simulation.run(1, {push("tov:a"), push("tov:b"), push("tov:x"), pop(), pop(), push("tov:c"), pop(), pop()});
     const std::string bottom = "tov:simulation";
     ASSERT_TRUE(stopsAt(1, bottom + " tov:a"));
-    EXPECT_FALSE(command("suspend"));   // suspended already
+    EXPECT_FALSE(command("suspend")); // suspended already
     EXPECT_EQ(1u, debugger().getSuspendedEntity());
     ASSERT_TRUE(command("stepin"));
     ASSERT_TRUE(stopsAt(1, bottom + " tov:a tov:b"));
-    ASSERT_TRUE(command("stepover"));   // x comes and goes: the stop is back at b
+    ASSERT_TRUE(command("stepover")); // x comes and goes: the stop is back at b
     ASSERT_TRUE(stopsAt(1, bottom + " tov:a tov:b"));
-    ASSERT_TRUE(command("stepover"));   // b returns: the stop is in its caller
+    ASSERT_TRUE(command("stepover")); // b returns: the stop is in its caller
     ASSERT_TRUE(stopsAt(1, bottom + " tov:a"));
     ASSERT_TRUE(command("stepin"));
     ASSERT_TRUE(stopsAt(1, bottom + " tov:a tov:c"));
@@ -140,7 +142,7 @@ TEST_P(SteppingTest, StepsInOverAndOutOnAStackOfThreeFrames)
     ASSERT_TRUE(stopsAt(1, bottom + " tov:a"));
     EXPECT_TRUE(command("resume"));
     EXPECT_TRUE(waitFor([this] { return simulation.finished == 1; }));
-    EXPECT_EQ(6u, listener.take().size());   // one suspension event a stop
+    EXPECT_EQ(6u, listener.take().size()); // one suspension event a stop
     // Running again, the last stopped entity still shows in the tree but not through the API.
     EXPECT_EQ(invalidEntity, debugger().getSuspendedEntity());
     EXPECT_EQ("{\"suspended\":false,\"entity\":1}", get("debug/resume"));
@@ -218,7 +220,7 @@ TEST_F(DebuggerTest, HeldControlsKeepTheGateAsItIs)
         // What is checked is that nothing happens: a window of time is the only way to look.
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         EXPECT_FALSE(resumed);
-        EXPECT_FALSE(gate.isSuspended());   // still answers
+        EXPECT_FALSE(gate.isSuspended()); // still answers
     }
     resumer.join();
     EXPECT_TRUE(resumed);
@@ -265,20 +267,20 @@ TEST_F(DebuggerTest, ClientInputThatWouldAssertIsTakenAsNoValue)
     EXPECT_EQ(200, post("events/s", "{\"type\":\"breakpoint\",\"filters\":{\"location\":7,\"entities\":[1,2]}}"));
     // Null reads as compatible with a string and a number, but reading it asserts.
     EXPECT_EQ(400, post("events/s", "{\"type\":null}"));
-    EXPECT_EQ(200, post("debug/suspend", "{\"entity\":null}"));   // as without a body
-    EXPECT_FALSE(debugger().resume());   // armed, but nothing stopped
+    EXPECT_EQ(200, post("debug/suspend", "{\"entity\":null}")); // as without a body
+    EXPECT_FALSE(debugger().resume());                          // armed, but nothing stopped
 }
 
 TEST_F(DebuggerTest, EveryKindOfEventIsQueuedReadAndDeleted)
 {
-    for (const char* type : {"initialization", "registration", "unregistration", "suspension", "termination",
-                             "disconnection"}) {
+    for (const char* type :
+         {"initialization", "registration", "unregistration", "suspension", "termination", "disconnection"}) {
         EXPECT_EQ(200, post("events/subscriptions", std::string("{\"type\":\"") + type + "\"}")) << type;
     }
     registerEntities({5});
     simulation.onEntitiesUnregistration(std::vector<unsigned int>{5}.data(), 1);
     EXPECT_EQ("[0,1,2]", get("events"));
-    const std::string first = get("events/abc");   // no number reads as 0
+    const std::string first = get("events/abc"); // no number reads as 0
     EXPECT_EQ(0u, first.find("{\"id\":0,\"type\":\"initialization\",\"requestId\":")) << first;
     EXPECT_EQ(std::string::npos, first.find("entity"));
     EXPECT_NE(std::string::npos, get("events/1").find("\"type\":\"registration\",\"requestId\":"));
@@ -289,7 +291,7 @@ TEST_F(DebuggerTest, EveryKindOfEventIsQueuedReadAndDeleted)
     EXPECT_EQ("[0,2]", get("events"));
     EXPECT_EQ(200, remove("events"));
     EXPECT_EQ("[]", get("events"));
-    EXPECT_EQ(200, remove("events"));   // empty already
+    EXPECT_EQ(200, remove("events")); // empty already
 
     EXPECT_EQ(400, post("events/subscriptions", "{\"type\":\"nothing\"}"));
     EXPECT_EQ(400, post("events/subscriptions"));

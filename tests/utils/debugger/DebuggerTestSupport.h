@@ -52,9 +52,18 @@ struct Step {
     enum Kind { push, pop, pass } kind;
     std::string location;
 };
-inline Step push(const char* location) { return {Step::push, location}; }
-inline Step pop() { return {Step::pop, ""}; }
-inline Step pass(const char* location) { return {Step::pass, location}; }
+inline Step push(const char* location)
+{
+    return {Step::push, location};
+}
+inline Step pop()
+{
+    return {Step::pop, ""};
+}
+inline Step pass(const char* location)
+{
+    return {Step::pass, location};
+}
 
 // Keeps the facade it is given, and runs entities' scripts on threads of their own.
 class SimulationEngine : public debugger::AbstractEngine {
@@ -87,9 +96,15 @@ public:
         threads.emplace_back([this, entity, script] {
             for (const Step& step : script) {
                 switch (step.kind) {
-                case Step::push: push(entity, step.location.c_str()); break;
-                case Step::pop: pop(entity); break;
-                case Step::pass: pass(entity, step.location.c_str()); break;
+                case Step::push:
+                    push(entity, step.location.c_str());
+                    break;
+                case Step::pop:
+                    pop(entity);
+                    break;
+                case Step::pass:
+                    pass(entity, step.location.c_str());
+                    break;
                 }
             }
             ++finished;

@@ -77,19 +77,32 @@ TEST(EventClasses, EachClassHasItsNameAndIdAndTheRegisteredBase)
         const Uuid* base;
     };
     const Row rows[] = {
-        {AbstractContext::getClassTypeId(), AbstractContext::getClassTypeName(), "2de10931-583e-4114-9c9b-349ff9368296", nullptr},
-        {AbstractEventFilter::getClassTypeId(), AbstractEventFilter::getClassTypeName(), "70cc68f4-f0b4-41ec-8eb8-a174cb0fd0dc", nullptr},
-        {AbstractEventRequest::getClassTypeId(), AbstractEventRequest::getClassTypeName(), "0476292e-8d52-4235-bf07-db5be5ec9bf4", nullptr},
-        {EntitiesFilter::getClassTypeId(), EntitiesFilter::getClassTypeName(), "7466a2e4-e4e5-4b18-9716-d8232f781e42", &AbstractEventFilter::getClassTypeId()},
-        {HitCountFilter::getClassTypeId(), HitCountFilter::getClassTypeName(), "6bd03c2e-d96f-4318-a68e-a359970c6ba3", &AbstractEventFilter::getClassTypeId()},
-        {LocationFilter::getClassTypeId(), LocationFilter::getClassTypeName(), "060a160a-9175-42cf-8548-836663cb62bd", &AbstractEventFilter::getClassTypeId()},
-        {BreakpointRequest::getClassTypeId(), BreakpointRequest::getClassTypeName(), "33744771-c389-4914-96e8-cdca5c59cf82", &AbstractEventRequest::getClassTypeId()},
-        {EntityRegistrationRequest::getClassTypeId(), EntityRegistrationRequest::getClassTypeName(), "7ff2390a-aa6f-4e1d-a28c-448238c5dcf6", &AbstractEventRequest::getClassTypeId()},
-        {EntityUnregistrationRequest::getClassTypeId(), EntityUnregistrationRequest::getClassTypeName(), "5dbc9b70-fb5f-4c90-b5ea-16532faf4ecc", &AbstractEventRequest::getClassTypeId()},
-        {InitializationRequest::getClassTypeId(), InitializationRequest::getClassTypeName(), "99d9780e-eb2b-487c-937a-1840077c0816", &AbstractEventRequest::getClassTypeId()},
-        {TargetDisconnectRequest::getClassTypeId(), TargetDisconnectRequest::getClassTypeName(), "dc773989-1044-44d6-8993-3351b64dfd35", &AbstractEventRequest::getClassTypeId()},
-        {TargetSuspendRequest::getClassTypeId(), TargetSuspendRequest::getClassTypeName(), "43672c42-c091-4bfb-a4fe-d3a38ea9b883", &AbstractEventRequest::getClassTypeId()},
-        {TerminationRequest::getClassTypeId(), TerminationRequest::getClassTypeName(), "4f42d75e-1837-4822-9de2-610f70752899", &AbstractEventRequest::getClassTypeId()},
+        {AbstractContext::getClassTypeId(), AbstractContext::getClassTypeName(), "2de10931-583e-4114-9c9b-349ff9368296",
+         nullptr},
+        {AbstractEventFilter::getClassTypeId(), AbstractEventFilter::getClassTypeName(),
+         "70cc68f4-f0b4-41ec-8eb8-a174cb0fd0dc", nullptr},
+        {AbstractEventRequest::getClassTypeId(), AbstractEventRequest::getClassTypeName(),
+         "0476292e-8d52-4235-bf07-db5be5ec9bf4", nullptr},
+        {EntitiesFilter::getClassTypeId(), EntitiesFilter::getClassTypeName(), "7466a2e4-e4e5-4b18-9716-d8232f781e42",
+         &AbstractEventFilter::getClassTypeId()},
+        {HitCountFilter::getClassTypeId(), HitCountFilter::getClassTypeName(), "6bd03c2e-d96f-4318-a68e-a359970c6ba3",
+         &AbstractEventFilter::getClassTypeId()},
+        {LocationFilter::getClassTypeId(), LocationFilter::getClassTypeName(), "060a160a-9175-42cf-8548-836663cb62bd",
+         &AbstractEventFilter::getClassTypeId()},
+        {BreakpointRequest::getClassTypeId(), BreakpointRequest::getClassTypeName(),
+         "33744771-c389-4914-96e8-cdca5c59cf82", &AbstractEventRequest::getClassTypeId()},
+        {EntityRegistrationRequest::getClassTypeId(), EntityRegistrationRequest::getClassTypeName(),
+         "7ff2390a-aa6f-4e1d-a28c-448238c5dcf6", &AbstractEventRequest::getClassTypeId()},
+        {EntityUnregistrationRequest::getClassTypeId(), EntityUnregistrationRequest::getClassTypeName(),
+         "5dbc9b70-fb5f-4c90-b5ea-16532faf4ecc", &AbstractEventRequest::getClassTypeId()},
+        {InitializationRequest::getClassTypeId(), InitializationRequest::getClassTypeName(),
+         "99d9780e-eb2b-487c-937a-1840077c0816", &AbstractEventRequest::getClassTypeId()},
+        {TargetDisconnectRequest::getClassTypeId(), TargetDisconnectRequest::getClassTypeName(),
+         "dc773989-1044-44d6-8993-3351b64dfd35", &AbstractEventRequest::getClassTypeId()},
+        {TargetSuspendRequest::getClassTypeId(), TargetSuspendRequest::getClassTypeName(),
+         "43672c42-c091-4bfb-a4fe-d3a38ea9b883", &AbstractEventRequest::getClassTypeId()},
+        {TerminationRequest::getClassTypeId(), TerminationRequest::getClassTypeName(),
+         "4f42d75e-1837-4822-9de2-610f70752899", &AbstractEventRequest::getClassTypeId()},
     };
     ASSERT_TRUE(initialize(nullptr));
     const TypeManager& types = Facilities::instance().getTypeManager();
@@ -118,7 +131,7 @@ TEST(HitCountFilter, PassesAreJudgedByModeAndCountFromTheFirstPassOn)
     struct Row {
         int count;
         int mode;
-        const char* passesLetThrough;   // passes 1 to 8
+        const char* passesLetThrough; // passes 1 to 8
     };
     const Row rows[] = {
         {1, HitCountFilter::atLeast, "11111111"},
@@ -127,8 +140,8 @@ TEST(HitCountFilter, PassesAreJudgedByModeAndCountFromTheFirstPassOn)
         {2, HitCountFilter::everyMultiple, "01010101"},
         {3, HitCountFilter::everyMultiple, "00100100"},
         {-2, HitCountFilter::everyMultiple, "01010101"},
-        {0, HitCountFilter::everyMultiple, "00000000"},   // no division by zero
-        {1, 7, "00000000"},                               // unknown mode
+        {0, HitCountFilter::everyMultiple, "00000000"}, // no division by zero
+        {1, 7, "00000000"},                             // unknown mode
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(testing::Message() << row.count << " mode " << row.mode);
@@ -299,8 +312,8 @@ TEST(EventRequests, NotifyTellsEachListenerInOrderWithTheHandleAndTheEventData)
     TargetDisconnectRequest disconnection(15);
     TargetSuspendRequest suspension(16);
     BreakpointRequest breakpoint(17);
-    AbstractEventRequest* all[] = {&registration, &unregistration, &initialization, &termination,
-                                   &disconnection, &suspension, &breakpoint};
+    AbstractEventRequest* all[] = {&registration,  &unregistration, &initialization, &termination,
+                                   &disconnection, &suspension,     &breakpoint};
 
     // Without listeners the bool forms still report a finished walk.
     EXPECT_TRUE(unregistration.notify(1));
@@ -311,7 +324,7 @@ TEST(EventRequests, NotifyTellsEachListenerInOrderWithTheHandleAndTheEventData)
         request->registerListener(first);
         request->registerListener(second);
         request->registerListener(first);
-        request->unregisterListener(second);   // every occurrence, the order of the rest kept
+        request->unregisterListener(second); // every occurrence, the order of the rest kept
         request->registerListener(second);
     }
     registration.notify(3);
@@ -321,10 +334,18 @@ TEST(EventRequests, NotifyTellsEachListenerInOrderWithTheHandleAndTheEventData)
     EXPECT_TRUE(disconnection.notify());
     EXPECT_TRUE(suspension.notify(3));
     breakpoint.notify(3, here);
-    const std::vector<std::string> told = {"registration 11 3", "registration 11 3", "unregistration 12 3",
-                                           "unregistration 12 3", "initialization 13", "initialization 13",
-                                           "termination 14", "termination 14", "disconnection 15",
-                                           "disconnection 15", "suspension 16 3", "suspension 16 3",
+    const std::vector<std::string> told = {"registration 11 3",
+                                           "registration 11 3",
+                                           "unregistration 12 3",
+                                           "unregistration 12 3",
+                                           "initialization 13",
+                                           "initialization 13",
+                                           "termination 14",
+                                           "termination 14",
+                                           "disconnection 15",
+                                           "disconnection 15",
+                                           "suspension 16 3",
+                                           "suspension 16 3",
                                            "breakpoint 17 3 tov:agents/forager.behavior",
                                            "breakpoint 17 3 tov:agents/forager.behavior"};
     EXPECT_EQ(told, first.events());
@@ -366,7 +387,7 @@ TEST(RequestVisitors, EachVisitorActsOnRequestsOfItsOwnClassOnly)
     Marking<InitializationRequestVisitor, InitializationRequest> initialization(marks, 'I');
     Marking<TerminationRequestVisitor, TerminationRequest> termination(marks, 'T');
     Marking<TargetDisconnectRequestVisitor, TargetDisconnectRequest> disconnection(marks, 'D');
-    AbstractEventRequestVisitor* visitors[] = {&breakpoint, &suspension, &registration, &unregistration,
+    AbstractEventRequestVisitor* visitors[] = {&breakpoint,     &suspension,  &registration, &unregistration,
                                                &initialization, &termination, &disconnection};
 
     BreakpointRequest r1(1);

@@ -28,7 +28,10 @@ class RecordingListener : public utils::debugger::AbstractEventListener {
 public:
     void onInitialization(unsigned int requestId) override { record("initialization", requestId); }
     void onTermination(unsigned int requestId) override { record("termination", requestId); }
-    void onSuspension(unsigned int requestId, unsigned int entity) override { record("suspension", requestId, &entity); }
+    void onSuspension(unsigned int requestId, unsigned int entity) override
+    {
+        record("suspension", requestId, &entity);
+    }
     void onDisconnection(unsigned int requestId) override { record("disconnection", requestId); }
     void onRegistration(unsigned int requestId, unsigned int entity) override
     {

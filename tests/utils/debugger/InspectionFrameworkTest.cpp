@@ -68,7 +68,7 @@ TEST_F(InspectionTest, RegistrationRefusesAPathTakenAndUnregistrationDisablesFir
     EXPECT_FALSE(framework().registerEngine(second));
     EXPECT_TRUE(log.has("e: An engine having the same path (xa) was already registered."));
     framework().unregisterEngine("xb");
-    EXPECT_EQ(0, b.disables.load());   // disabled already
+    EXPECT_EQ(0, b.disables.load()); // disabled already
     framework().unregisterEngine("xa");
     EXPECT_EQ(1, a.disables.load());
     // The others keep their order: a segment that all of them begin with meets the first, now xc.
@@ -118,8 +118,8 @@ TEST_F(InspectionTest, LooksPathsUpWithoutStoringThem)
     for (int i = 0; i < 100; ++i) {
         const std::string path = "ghost" + std::to_string(i);
         framework().enableEngine(path.c_str());
-        EXPECT_EQ(nullptr, strings.retrieve(tov::utils::StringTable::computeHash(path.data(), static_cast<unsigned int>(path.size()),
-                                                                                strings.getSeed()),
+        EXPECT_EQ(nullptr, strings.retrieve(tov::utils::StringTable::computeHash(
+                                                path.data(), static_cast<unsigned int>(path.size()), strings.getSeed()),
                                             nullptr));
     }
     EXPECT_EQ(liveBytes, tov::allocator::Allocator::instance().getLiveBytes());
@@ -140,14 +140,14 @@ TEST_F(InspectionTest, RoutesToTheFirstEngineWhoseSegmentsMatchOverTheShorterLen
         {"/deb", "{\"name\":\"default\",\"description\":\"\"}"},
         {"", "{\"name\":\"default\",\"description\":\"\"}"},
         {"/", "{\"name\":\"default\",\"description\":\"\"}"},
-        {"/debug/", "[]"},   // "/" is not the empty path: the debugger lists its entities
+        {"/debug/", "[]"}, // "/" is not the empty path: the debugger lists its entities
         // Two segments: the offsets add up, so the walk moves on instead of going back and forth.
         {"/world/agents/7/pos", "{\"engine\":\"world/agents\",\"rest\":\"/7/pos\"}"},
         {"/w/a", "{\"engine\":\"world/agents\",\"rest\":\"\"}"},
-        {"/world", "{\"engine\":\"world/agents\",\"rest\":\"\"}"},   // an empty segment matches any
+        {"/world", "{\"engine\":\"world/agents\",\"rest\":\"\"}"}, // an empty segment matches any
         {"/world/x", "-"},
         {"/zebra", "-"},
-        {"//probe", "-"},   // not a path
+        {"//probe", "-"}, // not a path
     };
     for (const auto& c : cases) {
         EXPECT_EQ(c.second, route(c.first)) << c.first;
@@ -205,7 +205,7 @@ TEST(InspectionFrameworkLifeCycle, ComesAndGoesWithTheFacilitiesWithoutLeaking)
         ASSERT_TRUE(tov::utils::initialize(nullptr));
         PlainEngine engine("world");
         ASSERT_TRUE(Facilities::instance().getInspectionFramework().registerEngine(engine));
-        tov::utils::terminate(nullptr);   // a host may end without unregistering
+        tov::utils::terminate(nullptr); // a host may end without unregistering
     }
     EXPECT_EQ(blocks, tov::allocator::Allocator::instance().getLiveBlocks());
 }

@@ -106,7 +106,7 @@ protected:
     {
         framework().shutdownHttp();
         for (const std::unique_ptr<ScriptedEngine>& engine : engines) {
-            framework().unregisterEngine(engine->getPath());   // a warning for one unregistered already
+            framework().unregisterEngine(engine->getPath()); // a warning for one unregistered already
         }
         utils::Facilities::instance().clearLogger();
         utils::terminate(nullptr);
@@ -146,7 +146,10 @@ protected:
     }
 
     std::string exchange(const std::string& request) { return RawHttpClient::exchange(port, request); }
-    std::vector<HttpReply> replies(const std::string& request) { return RawHttpClient::parseReplies(exchange(request)); }
+    std::vector<HttpReply> replies(const std::string& request)
+    {
+        return RawHttpClient::parseReplies(exchange(request));
+    }
     std::vector<int> statuses(const std::string& request)
     {
         std::vector<int> codes;

@@ -80,7 +80,7 @@ protected:
 TEST_F(RequestRegistryTest, HandlesStartAtOneAndAreNeverReused)
 {
     RequestRegistry registry;
-    registry.unsubscribeAll();   // nothing there: nothing happens
+    registry.unsubscribeAll(); // nothing there: nothing happens
     EXPECT_EQ(1u, subscribe<EntityRegistrationRequest>(registry, listener));
     EXPECT_EQ(2u, subscribe<TerminationRequest>(registry, listener));
     EXPECT_TRUE(registry.unsubscribe(1));
@@ -125,9 +125,11 @@ TEST_F(RequestRegistryTest, ANullListenerOrFilterBreaksTheContract)
 {
     RequestRegistry registry;
     AbstractEventListener* listeners[] = {&listener, nullptr};
-    EXPECT_ASSERTION(static_cast<void>(registry.subscribe<TerminationRequest>(listeners, 2, nullptr, 0)), "1th given listener is NULL.");
+    EXPECT_ASSERTION(static_cast<void>(registry.subscribe<TerminationRequest>(listeners, 2, nullptr, 0)),
+                     "1th given listener is NULL.");
     AbstractEventFilter* filters[] = {nullptr};
-    EXPECT_ASSERTION(static_cast<void>(registry.subscribe<BreakpointRequest>(listeners, 1, filters, 1)), "0th given filter is NULL.");
+    EXPECT_ASSERTION(static_cast<void>(registry.subscribe<BreakpointRequest>(listeners, 1, filters, 1)),
+                     "0th given filter is NULL.");
 }
 
 TEST_F(RequestRegistryTest, TheEndOfTheRegistryTellsTerminationSubscribersOnceAndReleasesEverything)
@@ -141,7 +143,7 @@ TEST_F(RequestRegistryTest, TheEndOfTheRegistryTellsTerminationSubscribersOnceAn
         subscribe<EntityRegistrationRequest>(registry, listener);
         subscribe<BreakpointRequest>(registry, listener, TOV_NEW ForeignFilter(&destroyed));
         subscribe<TerminationRequest>(registry, listener);
-        subscribe<TargetSuspendRequest>(registry, listener, TOV_NEW ForeignFilter(&destroyed));   // refused
+        subscribe<TargetSuspendRequest>(registry, listener, TOV_NEW ForeignFilter(&destroyed)); // refused
         EXPECT_EQ(1, destroyed);
         EXPECT_TRUE(listener.events().empty());
     }
@@ -159,7 +161,7 @@ TEST_F(RequestRegistryTest, AWalkStepsBackAfterAChangeInFrontAndPassesOverWhatIt
     RequestIterator* walk = registry.createIterator();
     EXPECT_EQ(1u, walk->next()->getHandle());
     EXPECT_EQ(2u, walk->next()->getHandle());
-    ASSERT_TRUE(registry.unsubscribe(1));   // at index 0: the walk looks again from there
+    ASSERT_TRUE(registry.unsubscribe(1)); // at index 0: the walk looks again from there
     EXPECT_EQ(3u, walk->next()->getHandle());
     EXPECT_EQ(nullptr, walk->next());
     // An end is not final.
@@ -179,9 +181,9 @@ TEST_F(RequestRegistryTest, ARemovalForgetsTheHandleEqualToItsIndexSoALaterStepB
     for (unsigned int handle = 1; handle <= 5; ++handle) {
         EXPECT_EQ(handle, walk->next()->getHandle());
     }
-    ASSERT_TRUE(registry.unsubscribe(4));   // index 3: handle 3 is forgotten
+    ASSERT_TRUE(registry.unsubscribe(4)); // index 3: handle 3 is forgotten
     EXPECT_EQ(nullptr, walk->next());
-    ASSERT_TRUE(registry.unsubscribe(1));   // index 0: the walk steps back to the front
+    ASSERT_TRUE(registry.unsubscribe(1)); // index 0: the walk steps back to the front
     EXPECT_EQ(3u, walk->next()->getHandle());
     EXPECT_EQ(nullptr, walk->next());
     registry.destroyIterator(walk);
@@ -189,12 +191,12 @@ TEST_F(RequestRegistryTest, ARemovalForgetsTheHandleEqualToItsIndexSoALaterStepB
 
 TEST_F(RequestRegistryTest, ListenersMaySubscribeUnsubscribeAndFireAgainDuringAFiring)
 {
-    RecordingListener other;   // outlives the registry, which tells it of the termination
+    RecordingListener other; // outlives the registry, which tells it of the termination
     RequestRegistry registry;
-    subscribe<EntityRegistrationRequest>(registry, listener);   // 1
-    subscribe<EntityRegistrationRequest>(registry, other);      // 2
-    subscribe<TerminationRequest>(registry, other);             // 3
-    subscribe<EntityRegistrationRequest>(registry, other);      // 4
+    subscribe<EntityRegistrationRequest>(registry, listener); // 1
+    subscribe<EntityRegistrationRequest>(registry, other);    // 2
+    subscribe<TerminationRequest>(registry, other);           // 3
+    subscribe<EntityRegistrationRequest>(registry, other);    // 4
     int firings = 0;
     listener.onEvent = [&](unsigned int) {
         if (++firings > 1) {
@@ -209,9 +211,9 @@ TEST_F(RequestRegistryTest, ListenersMaySubscribeUnsubscribeAndFireAgainDuringAF
     Registration registration(7);
     registry.accept(registration);
     EXPECT_EQ((std::vector<std::string>{"registration 1 7", "registration 1 8"}), listener.events());
-    EXPECT_EQ((std::vector<std::string>{"registration 4 8", "registration 5 8", "registration 4 7",
-                                        "registration 5 7"}),
-              other.events());
+    EXPECT_EQ(
+        (std::vector<std::string>{"registration 4 8", "registration 5 8", "registration 4 7", "registration 5 7"}),
+        other.events());
 }
 
 TEST_F(RequestRegistryTest, AListenerThatUnsubscribesItsOwnRequestLeavesItAliveUntilTheFiringMovesOn)
@@ -231,7 +233,7 @@ TEST_F(RequestRegistryTest, AListenerThatUnsubscribesItsOwnRequestLeavesItAliveU
         };
         const Uri here = Uri::create("tov:simulation");
         Breakpoint breakpoint(3, here);
-        registry.accept(breakpoint);   // goes on to count the pass on the unsubscribed request
+        registry.accept(breakpoint); // goes on to count the pass on the unsubscribed request
         EXPECT_EQ(1, destroyed);
         EXPECT_EQ((std::vector<std::string>{"breakpoint 1 3 tov:simulation", "breakpoint 2 3 tov:simulation"}),
                   second.events());
@@ -251,10 +253,10 @@ TEST_F(RequestRegistryTest, AnotherThreadChangesTheSubscriptionsWhileAListenerRu
 {
     RequestRegistry registry;
     int destroyed = 0;
-    subscribe<BreakpointRequest>(registry, listener);                                         // 1
-    subscribe<BreakpointRequest>(registry, listener, TOV_NEW ForeignFilter(&destroyed));      // 2
-    subscribe<BreakpointRequest>(registry, listener);                                         // 3
-    subscribe<BreakpointRequest>(registry, listener);                                         // 4
+    subscribe<BreakpointRequest>(registry, listener);                                    // 1
+    subscribe<BreakpointRequest>(registry, listener, TOV_NEW ForeignFilter(&destroyed)); // 2
+    subscribe<BreakpointRequest>(registry, listener);                                    // 3
+    subscribe<BreakpointRequest>(registry, listener);                                    // 4
 
     std::mutex mutex;
     std::condition_variable changed;
@@ -276,8 +278,8 @@ TEST_F(RequestRegistryTest, AnotherThreadChangesTheSubscriptionsWhileAListenerRu
         if (!changed.wait_for(lock, patience, [&] { return paused; })) {
             return;
         }
-        EXPECT_TRUE(registry.unsubscribe(2));   // the one being visited
-        EXPECT_TRUE(registry.unsubscribe(3));   // not visited yet
+        EXPECT_TRUE(registry.unsubscribe(2)); // the one being visited
+        EXPECT_TRUE(registry.unsubscribe(3)); // not visited yet
         EXPECT_EQ(5u, subscribe<BreakpointRequest>(registry, listener));
         done = true;
         changed.notify_all();
@@ -298,7 +300,7 @@ TEST_F(RequestRegistryTest, FiringsAndSubscriptionsOnSeveralThreadsReachEverySta
     RequestRegistry registry;
     const Uri here = Uri::create("tov:simulation");
     for (int i = 0; i < 3; ++i) {
-        subscribe<BreakpointRequest>(registry, quiet, TOV_NEW HitCountFilter(1));   // 1 to 3 stay
+        subscribe<BreakpointRequest>(registry, quiet, TOV_NEW HitCountFilter(1)); // 1 to 3 stay
     }
     std::atomic<bool> stop(false);
     std::atomic<int> missed(0);

@@ -28,11 +28,11 @@ TEST_F(TypeMetadataTest, BasesAreKeptOnceInOrderAndRemovedWithoutReordering)
     ASSERT_TRUE(leaf.addBaseType(a, nullptr));
     ASSERT_TRUE(leaf.addBaseType(b, nullptr));
     ASSERT_TRUE(leaf.addBaseType(b, nullptr));
-    ASSERT_TRUE(leaf.addBaseType(root, nullptr));   // reached through a already
+    ASSERT_TRUE(leaf.addBaseType(root, nullptr)); // reached through a already
     ASSERT_EQ(2u, leaf.countBaseTypes());
     EXPECT_EQ(&a, leaf.getBaseType(0));
     EXPECT_EQ(&b, leaf.getBaseType(1));
-    leaf.removeBaseType(root);   // no direct base: nothing
+    leaf.removeBaseType(root); // no direct base: nothing
     leaf.removeBaseType(a);
     ASSERT_EQ(1u, leaf.countBaseTypes());
     EXPECT_EQ(&b, leaf.getBaseType(0));
@@ -54,5 +54,5 @@ TEST_F(TypeMetadataTest, KeysWithoutTextOrLength)
     EXPECT_STREQ("first", pair.getProperty(nullptr, 0)->getKey());
     EXPECT_EQ(nullptr, pair.getProperty(nullptr));
     EXPECT_EQ(nullptr, pair.getProperty(nullptr, 2));
-    EXPECT_NE(&second, pair.getProperty("second"));   // a copy
+    EXPECT_NE(&second, pair.getProperty("second")); // a copy
 }

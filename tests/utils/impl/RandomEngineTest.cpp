@@ -126,7 +126,7 @@ std::vector<std::uint32_t> referenceMixerSfmt(const RandomSeedVector& seed)
 }
 
 template <class Word>
-struct MtConstants {   // 32-bit words; the 64-bit ones below
+struct MtConstants { // 32-bit words; the 64-bit ones below
     static const std::size_t n = 624;
     static const int shift = 30;
     static const Word fill = 1812433253u, first = 1664525u, second = 1566083941u;
@@ -199,7 +199,10 @@ Standard standardFrom(const std::vector<std::uint32_t>& words)
     return engine;
 }
 
-std::mt19937 standardMt32(const std::vector<std::uint32_t>& state) { return standardFrom<std::mt19937>(state); }
+std::mt19937 standardMt32(const std::vector<std::uint32_t>& state)
+{
+    return standardFrom<std::mt19937>(state);
+}
 std::mt19937_64 standardMt64(const std::vector<std::uint64_t>& state)
 {
     return standardFrom<std::mt19937_64>(toWords32(state));
@@ -600,8 +603,7 @@ TEST(RandomEngineSave, LeavesTheStreamFormatAsItWas)
 
 namespace {
 
-class RandomEngineLoad : public tov::testing::AssertionTest {
-};
+class RandomEngineLoad : public tov::testing::AssertionTest {};
 
 std::string drawnSave(unsigned long seed)
 {

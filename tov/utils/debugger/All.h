@@ -24,8 +24,8 @@
 #include <tov/utils/debugger/EntityUnregistrationRequestVisitor.h>
 #include <tov/utils/debugger/ExecutionController.h>
 #include <tov/utils/debugger/HitCountFilter.h>
-#include <tov/utils/debugger/HttpSettings.h>
 #include <tov/utils/debugger/HitCountFilterVisitor.h>
+#include <tov/utils/debugger/HttpSettings.h>
 #include <tov/utils/debugger/InitializationRequest.h>
 #include <tov/utils/debugger/InitializationRequestVisitor.h>
 #include <tov/utils/debugger/InspectionFramework.h>

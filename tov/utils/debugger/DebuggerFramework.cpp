@@ -201,8 +201,8 @@ resources::Status DebuggerFramework::retrieveEntitiesResources(const char* path,
 
 // QUIRK(entity-ids-dense): the number is taken as the entity's id once it is below the count, not
 // looked up in the list: ids are expected dense from 0, as the hosts' rules ask (README, the debugger).
-resources::Status DebuggerFramework::retrieveEntityResources(unsigned int entity, const char* path,
-                                                             unsigned int length, AbstractObjectBuilder& builder) const
+resources::Status DebuggerFramework::retrieveEntityResources(unsigned int entity, const char* path, unsigned int length,
+                                                             AbstractObjectBuilder& builder) const
 {
     if (entity >= countEntities()) {
         return resources::NotFound;
@@ -282,8 +282,8 @@ bool DebuggerFramework::writeContexts(unsigned int entity, AbstractObjectBuilder
             break;
         }
         const impl::LocationText location(context->getLocation());
-        if (!builder.arrayChild() || !builder.beginObject() || !builder.objectChild("index") ||
-            !builder.integer(i) || !builder.objectChild("location") || !builder.string(location.get(), location.getLength()) ||
+        if (!builder.arrayChild() || !builder.beginObject() || !builder.objectChild("index") || !builder.integer(i) ||
+            !builder.objectChild("location") || !builder.string(location.get(), location.getLength()) ||
             !builder.endObject()) {
             return false;
         }

@@ -42,7 +42,8 @@ public:
     const unsigned int* getEntities() const;
     unsigned int countContexts(unsigned int entity) const;
     // The frame at `index` from the bottom, or null with a message to `logger` (which may be null).
-    [[nodiscard]] const AbstractContext* getContext(unsigned int entity, unsigned int index, AbstractLogger* logger) const;
+    [[nodiscard]] const AbstractContext* getContext(unsigned int entity, unsigned int index,
+                                                    AbstractLogger* logger) const;
 
     // Each command arms a condition, first clearing whatever was armed; false when the state refuses it:
     // suspend and suspendEntity need the simulation running, the steps need it suspended.

@@ -5,10 +5,10 @@
 //   void setDebuggerFacade(EngineDebuggerFacade& f) override { AbstractEngine::setDebuggerFacade(f); facade = &f; }
 //   facade->pushContext(*this, agent, frameFactory);  ...  TOV_DELETE(facade->popContext(*this, agent));
 
+#include <tov/utils/Containers.h>
 #include <tov/utils/CreatorAbstractFactory.h>
 #include <tov/utils/Export.h>
 #include <tov/utils/String.h>
-#include <tov/utils/Containers.h>
 #include <tov/utils/debugger/AbstractEventFilterFactory.h>
 
 namespace tov {

@@ -10,7 +10,8 @@ namespace utils {
 namespace debugger {
 
 TOV_STATIC_OBJECT_DEFINE_DERIVED(EntityRegistrationRequest, AbstractEventRequest,
-                                 "tov::utils::debugger::EntityRegistrationRequest", "7FF2390A-AA6F-4E1D-A28C-448238C5DCF6")
+                                 "tov::utils::debugger::EntityRegistrationRequest",
+                                 "7FF2390A-AA6F-4E1D-A28C-448238C5DCF6")
 
 EntityRegistrationRequest::EntityRegistrationRequest(unsigned int handle) : AbstractEventRequest(handle) {}
 

@@ -10,7 +10,8 @@ namespace utils {
 namespace debugger {
 
 TOV_STATIC_OBJECT_DEFINE_DERIVED(EntityUnregistrationRequest, AbstractEventRequest,
-                                 "tov::utils::debugger::EntityUnregistrationRequest", "5DBC9B70-FB5F-4C90-B5EA-16532FAF4ECC")
+                                 "tov::utils::debugger::EntityUnregistrationRequest",
+                                 "5DBC9B70-FB5F-4C90-B5EA-16532FAF4ECC")
 
 EntityUnregistrationRequest::EntityUnregistrationRequest(unsigned int handle) : AbstractEventRequest(handle) {}
 

@@ -7,8 +7,7 @@ namespace tov {
 namespace utils {
 namespace debugger {
 
-ExecutionController::ScopedControlLocker::ScopedControlLocker(ExecutionController& controller)
-    : controller(controller)
+ExecutionController::ScopedControlLocker::ScopedControlLocker(ExecutionController& controller) : controller(controller)
 {
     controller.lock();
 }
@@ -18,10 +17,7 @@ ExecutionController::ScopedControlLocker::~ScopedControlLocker()
     controller.unlock();
 }
 
-ExecutionController::ExecutionController()
-    : suspended(false), controlMutex(Mutex::Normal), stateMutex(Mutex::Normal)
-{
-}
+ExecutionController::ExecutionController() : suspended(false), controlMutex(Mutex::Normal), stateMutex(Mutex::Normal) {}
 
 ExecutionController::~ExecutionController() = default;
 

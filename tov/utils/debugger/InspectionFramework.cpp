@@ -214,14 +214,14 @@ resources::Status InspectionFramework::retrieveResource(const char* path, unsign
     return data->implementation.retrieveResource(path, length, query, builder);
 }
 
-resources::Status InspectionFramework::createResource(const char* path, unsigned int length,
-                                                      const DynamicObject* query, AbstractObjectBuilder& builder)
+resources::Status InspectionFramework::createResource(const char* path, unsigned int length, const DynamicObject* query,
+                                                      AbstractObjectBuilder& builder)
 {
     return data->implementation.createResource(path, length, query, builder);
 }
 
-resources::Status InspectionFramework::deleteResource(const char* path, unsigned int length,
-                                                      const DynamicObject* query, AbstractObjectBuilder& builder)
+resources::Status InspectionFramework::deleteResource(const char* path, unsigned int length, const DynamicObject* query,
+                                                      AbstractObjectBuilder& builder)
 {
     return data->implementation.deleteResource(path, length, query, builder);
 }

@@ -90,7 +90,7 @@ public:
     // class once the library is initialized. The framework itself listens to every subscription too.
     template <typename Request>
     [[nodiscard]] unsigned int subscribe(AbstractEventListener& listener, AbstractEventFilter* const* filters = nullptr,
-                           unsigned int filterCount = 0);
+                                         unsigned int filterCount = 0);
     // False for a handle that is not subscribed.
     bool unsubscribe(unsigned int handle);
     // Ends every subscription, also those made by others.

@@ -38,7 +38,7 @@ public:
     // listeners at once, before this returns.
     template <typename Request>
     [[nodiscard]] unsigned int subscribe(AbstractEventListener* const* listeners, unsigned int listenerCount,
-                           AbstractEventFilter* const* filters, unsigned int filterCount);
+                                         AbstractEventFilter* const* filters, unsigned int filterCount);
     // Destroys the request with its filters; false for an unknown handle (0 among them). A request that
     // a firing is visiting at that moment is destroyed once that firing has left it.
     bool unsubscribe(unsigned int handle);
@@ -56,8 +56,7 @@ public:
 private:
     bool isRequestClass(const Uuid& id) const;
     unsigned int doSubscribe(AbstractEventRequest* request, AbstractEventListener* const* listeners,
-                             unsigned int listenerCount, AbstractEventFilter* const* filters,
-                             unsigned int filterCount);
+                             unsigned int listenerCount, AbstractEventFilter* const* filters, unsigned int filterCount);
     // The caller holds `mutex`.
     void destroyRequest(AbstractEventRequest* request);
     bool isInHand(const AbstractEventRequest* request) const;

@@ -9,9 +9,9 @@ namespace resources {
 
 // The numbers are part of the interface: hosts compare them and keep them in their own tables.
 enum Status {
-    NotFound = 0,   // no such resource here
-    Error = 1,      // the resource exists, but the operation failed or its arguments were bad
-    Ok = 2          // done; the answer has been built
+    NotFound = 0, // no such resource here
+    Error = 1,    // the resource exists, but the operation failed or its arguments were bad
+    Ok = 2        // done; the answer has been built
 };
 
 } // namespace resources

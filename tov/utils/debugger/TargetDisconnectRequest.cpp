@@ -10,7 +10,8 @@ namespace utils {
 namespace debugger {
 
 TOV_STATIC_OBJECT_DEFINE_DERIVED(TargetDisconnectRequest, AbstractEventRequest,
-                                 "tov::utils::debugger::TargetDisconnectRequest", "DC773989-1044-44D6-8993-3351B64DFD35")
+                                 "tov::utils::debugger::TargetDisconnectRequest",
+                                 "DC773989-1044-44D6-8993-3351B64DFD35")
 
 TargetDisconnectRequest::TargetDisconnectRequest(unsigned int handle) : AbstractEventRequest(handle) {}
 

@@ -9,8 +9,8 @@ namespace tov {
 namespace utils {
 namespace debugger {
 
-TOV_STATIC_OBJECT_DEFINE_DERIVED(TerminationRequest, AbstractEventRequest,
-                                 "tov::utils::debugger::TerminationRequest", "4f42d75e-1837-4822-9de2-610f70752899")
+TOV_STATIC_OBJECT_DEFINE_DERIVED(TerminationRequest, AbstractEventRequest, "tov::utils::debugger::TerminationRequest",
+                                 "4f42d75e-1837-4822-9de2-610f70752899")
 
 TerminationRequest::TerminationRequest(unsigned int handle) : AbstractEventRequest(handle) {}
 

@@ -14,10 +14,10 @@ namespace details {
 
 union DynamicObjectNode {
     struct Trie {
-        unsigned int greater;   // siblings whose character is above splitChar
-        unsigned int equal;     // the next level, or the value node below a split node
-        unsigned int less;      // siblings whose character is below splitChar
-        unsigned char isValue;  // 0
+        unsigned int greater;  // siblings whose character is above splitChar
+        unsigned int equal;    // the next level, or the value node below a split node
+        unsigned int less;     // siblings whose character is below splitChar
+        unsigned char isValue; // 0
         signed char splitChar;
         unsigned char unused[2];
     };
@@ -29,10 +29,10 @@ union DynamicObjectNode {
             double real;
             unsigned long long bits;
         } value;
-        unsigned char type;     // a type::Type
+        unsigned char type; // a type::Type
         unsigned char unused[3];
-        unsigned char isValue;  // 1
-        signed char splitChar;  // 0
+        unsigned char isValue; // 1
+        signed char splitChar; // 0
         unsigned char unusedTail[2];
     };
 

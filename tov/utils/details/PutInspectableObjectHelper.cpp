@@ -7,8 +7,8 @@ namespace utils {
 namespace details {
 
 template <>
-bool putInspectableObjectHelper<int>(DynamicObject& object, unsigned int property, const int& value,
-                                     const TypeManager&, AbstractLogger*)
+bool putInspectableObjectHelper<int>(DynamicObject& object, unsigned int property, const int& value, const TypeManager&,
+                                     AbstractLogger*)
 {
     object.setInt(property, static_cast<long long>(value));
     return true;
@@ -55,8 +55,8 @@ bool putInspectableObjectHelper<String>(DynamicObject& object, unsigned int prop
 }
 
 template <>
-bool putInspectableObjectHelper<DynamicObject>(DynamicObject& object, unsigned int property,
-                                               const DynamicObject& value, const TypeManager&, AbstractLogger*)
+bool putInspectableObjectHelper<DynamicObject>(DynamicObject& object, unsigned int property, const DynamicObject& value,
+                                               const TypeManager&, AbstractLogger*)
 {
     object.put(property, value);
     return true;

@@ -19,7 +19,7 @@ namespace details {
 // types and DynamicObject below need neither.
 template <typename T>
 [[nodiscard]] bool putInspectableObjectHelper(DynamicObject& object, unsigned int property, const T& value,
-                                const TypeManager& typeManager, AbstractLogger* logger);
+                                              const TypeManager& typeManager, AbstractLogger* logger);
 
 template <>
 [[nodiscard]] bool putInspectableObjectHelper<int>(DynamicObject& object, unsigned int property, const int& value,
@@ -32,22 +32,18 @@ template <>
 [[nodiscard]] bool putInspectableObjectHelper<bool>(DynamicObject& object, unsigned int property, const bool& value,
                                                     const TypeManager& typeManager, AbstractLogger* logger);
 template <>
-[[nodiscard]] bool putInspectableObjectHelper<float>(DynamicObject& object, unsigned int property,
-                                                     const float& value, const TypeManager& typeManager,
-                                                     AbstractLogger* logger);
+[[nodiscard]] bool putInspectableObjectHelper<float>(DynamicObject& object, unsigned int property, const float& value,
+                                                     const TypeManager& typeManager, AbstractLogger* logger);
 template <>
-[[nodiscard]] bool putInspectableObjectHelper<double>(DynamicObject& object, unsigned int property,
-                                                      const double& value, const TypeManager& typeManager,
-                                                      AbstractLogger* logger);
+[[nodiscard]] bool putInspectableObjectHelper<double>(DynamicObject& object, unsigned int property, const double& value,
+                                                      const TypeManager& typeManager, AbstractLogger* logger);
 template <>
-[[nodiscard]] bool putInspectableObjectHelper<String>(DynamicObject& object, unsigned int property,
-                                                      const String& value, const TypeManager& typeManager,
-                                                      AbstractLogger* logger);
+[[nodiscard]] bool putInspectableObjectHelper<String>(DynamicObject& object, unsigned int property, const String& value,
+                                                      const TypeManager& typeManager, AbstractLogger* logger);
 // Copies `value` as a subtree, merged into what the property holds.
 template <>
 [[nodiscard]] bool putInspectableObjectHelper<DynamicObject>(DynamicObject& object, unsigned int property,
-                                                             const DynamicObject& value,
-                                                             const TypeManager& typeManager,
+                                                             const DynamicObject& value, const TypeManager& typeManager,
                                                              AbstractLogger* logger);
 
 } // namespace details

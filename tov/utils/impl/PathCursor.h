@@ -12,10 +12,10 @@ namespace impl {
 class PathCursor {
 public:
     enum Step {
-        name,      // a name ends: getPart/getPartLength, separator included unless it is the first part
-        index,     // "[digits]" ends: getIndex, saturated at the largest array size
-        refused,   // the text is no path: a misplaced separator, a character in brackets, a zero byte
-        finished   // the text is read; getRest/getRestLength hold what follows the last part
+        name,    // a name ends: getPart/getPartLength, separator included unless it is the first part
+        index,   // "[digits]" ends: getIndex, saturated at the largest array size
+        refused, // the text is no path: a misplaced separator, a character in brackets, a zero byte
+        finished // the text is read; getRest/getRestLength hold what follows the last part
     };
 
     PathCursor(const char* path, unsigned int length);

@@ -44,7 +44,7 @@ proto::Property::ValueType savedType(type::Type type)
         return proto::Property::Bool;
     case type::array:
         return proto::Property::Array;
-    case type::null:   // a null property is saved as an object without members
+    case type::null: // a null property is saved as an object without members
     case type::object:
         return proto::Property::Object;
     }

@@ -52,7 +52,7 @@ bool parseProtobufText(const char* buffer, unsigned int size, google::protobuf::
     }
     if (size > static_cast<unsigned int>(INT_MAX)) {
         message.Clear();
-        return false;   // protobuf's streams count in int
+        return false; // protobuf's streams count in int
     }
     google::protobuf::io::ArrayInputStream input(buffer, static_cast<int>(size));
     QuietErrors errors;

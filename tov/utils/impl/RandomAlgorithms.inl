@@ -129,8 +129,8 @@ std::uint32_t MT19937<Word>::CheckState(const word_type* state, std::uint32_t ch
 // with the bits that would cross a 32-bit boundary masked away.
 
 namespace sfmt {
-constexpr std::uint64_t ShiftRightMask = 0x001FFFFF001FFFFFull;   // after >> 11 in each 32-bit word
-constexpr std::uint64_t ShiftLeftMask = 0xFFFC0000FFFC0000ull;    // after << 18 in each 32-bit word
+constexpr std::uint64_t ShiftRightMask = 0x001FFFFF001FFFFFull; // after >> 11 in each 32-bit word
+constexpr std::uint64_t ShiftLeftMask = 0xFFFC0000FFFC0000ull;  // after << 18 in each 32-bit word
 constexpr std::uint64_t MaskLow = 0xDDFECB7FDFFFFFEFull & ShiftRightMask;
 constexpr std::uint64_t MaskHigh = 0xBFFFFFF6BFFAFFFFull & ShiftRightMask;
 constexpr std::uint32_t Parity3 = 0x13C9E684u;
@@ -236,7 +236,7 @@ void SFMT19937<Word>::Normalize(word_type* state)
         inner ^= inner >> shift;
     }
     if ((inner & 1u) == 0) {
-        state[0] ^= 1u;   // bit 0 of the first 32-bit word, also in the 64-bit view
+        state[0] ^= 1u; // bit 0 of the first 32-bit word, also in the 64-bit view
     }
 }
 

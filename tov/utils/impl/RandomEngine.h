@@ -68,7 +68,8 @@ public:
     static std::uint32_t CheckState(const word_type* state, std::uint32_t checksum);
 
 private:
-    static constexpr word_type Matrix = static_cast<word_type>(Word::width == 32 ? 0x9908B0DFull : 0xB5026F5AA96619E9ull);
+    static constexpr word_type Matrix =
+        static_cast<word_type>(Word::width == 32 ? 0x9908B0DFull : 0xB5026F5AA96619E9ull);
     // Of word 0 only the bits above LowerMask take part in a transition.
     static constexpr word_type LowerMask = 0x7FFFFFFF;
     static constexpr word_type UpperMask = static_cast<word_type>(~LowerMask);
@@ -241,5 +242,5 @@ private:
 } // namespace tov
 
 #include <tov/utils/impl/RandomAlgorithms.inl>
-#include <tov/utils/impl/RandomMixers.inl>
 #include <tov/utils/impl/RandomEngine.inl>
+#include <tov/utils/impl/RandomMixers.inl>

@@ -11,12 +11,12 @@ namespace impl {
 
 // What SelfTest expects of each member. The words at count 9999 of the empty seed are those of the
 // published generators (for the MT members, of the standard library's default-seeded engines).
-#define TOV_RANDOM_SELF_TEST_VALUES(AlgorithmType, MixerType, firstValue, secondValue)                  \
-    template <>                                                                                          \
-    struct RandomSelfTestValues<AlgorithmType, MixerType> {                                              \
-        static constexpr bool known = true;                                                              \
-        static constexpr AlgorithmType::word_type first = firstValue;                                    \
-        static constexpr AlgorithmType::word_type second = secondValue;                                  \
+#define TOV_RANDOM_SELF_TEST_VALUES(AlgorithmType, MixerType, firstValue, secondValue)                                 \
+    template <>                                                                                                        \
+    struct RandomSelfTestValues<AlgorithmType, MixerType> {                                                            \
+        static constexpr bool known = true;                                                                            \
+        static constexpr AlgorithmType::word_type first = firstValue;                                                  \
+        static constexpr AlgorithmType::word_type second = secondValue;                                                \
     }
 
 TOV_RANDOM_SELF_TEST_VALUES(MT19937<Random_u32>, MixerSFMT, 0x27BA6C6Fu, 0x82294E6Cu);
@@ -36,10 +36,7 @@ namespace saving {
 // space between words and a line end before every eighth.
 class Writer {
 public:
-    Writer(std::ostream& out, bool binary) : out(out), binary(binary), flags(out.flags())
-    {
-        out.flags(std::ios::hex);
-    }
+    Writer(std::ostream& out, bool binary) : out(out), binary(binary), flags(out.flags()) { out.flags(std::ios::hex); }
     ~Writer() { out.flags(flags); }
     Writer(const Writer&) = delete;
     Writer& operator=(const Writer&) = delete;

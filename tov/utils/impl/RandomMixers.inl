@@ -199,8 +199,8 @@ inline RandomSeedVector RandomSeed::SeedVector()
     RandomSeedVector seed;
     timespec counter{};
     if (clock_gettime(CLOCK_MONOTONIC, &counter) == 0) {
-        const unsigned long long ticks =
-            static_cast<unsigned long long>(counter.tv_sec) * 1000000000ull + static_cast<unsigned long long>(counter.tv_nsec);
+        const unsigned long long ticks = static_cast<unsigned long long>(counter.tv_sec) * 1000000000ull +
+                                         static_cast<unsigned long long>(counter.tv_nsec);
         seed.push_back(static_cast<unsigned long>(ticks) & mask);
         seed.push_back(static_cast<unsigned long>(ticks >> 32) & mask);
     }

@@ -28,8 +28,17 @@ inline bool isUriUnreserved(unsigned char c)
 inline bool isUriSubDelimiter(unsigned char c)
 {
     switch (c) {
-    case '!': case '$': case '&': case '\'': case '(': case ')':
-    case '*': case '+': case ',': case ';': case '=':
+    case '!':
+    case '$':
+    case '&':
+    case '\'':
+    case '(':
+    case ')':
+    case '*':
+    case '+':
+    case ',':
+    case ';':
+    case '=':
         return true;
     default:
         return false;

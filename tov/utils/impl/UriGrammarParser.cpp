@@ -103,8 +103,7 @@ UriGrammarParser::Result UriGrammarParser::parseQuery()
             // A value may hold the key-value separator.
             valueLength = readQueryText(callbacks.pairSeparator, callbacks.pairSeparator);
         }
-        if (callbacks.onPair != nullptr &&
-            !callbacks.onPair(callbacks.userData, key, keyLength, value, valueLength)) {
+        if (callbacks.onPair != nullptr && !callbacks.onPair(callbacks.userData, key, keyLength, value, valueLength)) {
             stoppedByCallback = true;
             break;
         }

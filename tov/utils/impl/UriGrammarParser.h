@@ -11,9 +11,9 @@ namespace impl {
 class UriGrammarParser {
 public:
     enum Result {
-        complete = 0,      // the whole text was read
-        stopped = 1,       // a callback returned false
-        syntaxError = 2,   // the production ended before the text did
+        complete = 0,    // the whole text was read
+        stopped = 1,     // a callback returned false
+        syntaxError = 2, // the production ended before the text did
     };
 
     // An absent callback is skipped. A callback returning false stops the parse at once.

@@ -83,7 +83,7 @@ TEST(EventFilterFactories, EachFactoryBuildsItsFilterFromAValueOfItsType)
     body.setString("location", "tov:simulation");
     body.setInt("hitcount", 3);
     body.setInt("entities[0]", 1);
-    ASSERT_TRUE(body.eraseChild("entities", 0u));   // an emptied array stays one
+    ASSERT_TRUE(body.eraseChild("entities", 0u)); // an emptied array stays one
 
     const Filter location = make(impl::LocationFilterFactory(), body, "location");
     ASSERT_NE(nullptr, location);

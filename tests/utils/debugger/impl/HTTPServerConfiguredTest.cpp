@@ -36,11 +36,12 @@ protected:
     HttpReply send(const std::string& method, const std::string& target, const std::string& headers = "",
                    const std::string& body = "")
     {
-        const std::string host = headers.find("Host:") == std::string::npos ? "Host: 127.0.0.1:" + std::to_string(port) + "\r\n" : "";
-        const std::vector<HttpReply> replies = RawHttpClient::parseReplies(RawHttpClient::exchange(
-            port, method + " " + target + " HTTP/1.1\r\n" + host + headers + "Content-Length: " +
-                      std::to_string(body.size()) + "\r\n\r\n" + body));
-        EXPECT_EQ(1u, replies.size()) << method << " " << target;   // never a second reply behind
+        const std::string host =
+            headers.find("Host:") == std::string::npos ? "Host: 127.0.0.1:" + std::to_string(port) + "\r\n" : "";
+        const std::vector<HttpReply> replies = RawHttpClient::parseReplies(
+            RawHttpClient::exchange(port, method + " " + target + " HTTP/1.1\r\n" + host + headers +
+                                              "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body));
+        EXPECT_EQ(1u, replies.size()) << method << " " << target; // never a second reply behind
         return replies.empty() ? HttpReply() : replies[0];
     }
 
@@ -54,8 +55,9 @@ protected:
 
 TEST_F(ConfiguredHttpTest, RefusesEveryAddressThatIsNotOneAddressAndReportsTheBoundPort)
 {
-    const char* refused[] = {"256.0.0.0", "999.1.1.1", "127.0.0.1:23480,0.0.0.0", "127.0.0.1:80", "", "example.com",
-                             "127.1", "[::1", "::1", " 127.0.0.1"};
+    const char* refused[] = {
+        "256.0.0.0", "999.1.1.1", "127.0.0.1:23480,0.0.0.0", "127.0.0.1:80", "", "example.com", "127.1", "[::1",
+        "::1",       " 127.0.0.1"};
     for (const char* address : refused) {
         HttpSettings settings;
         settings.address = address;
@@ -71,7 +73,7 @@ TEST_F(ConfiguredHttpTest, RefusesEveryAddressThatIsNotOneAddressAndReportsTheBo
     high.port = 70000;
     EXPECT_FALSE(framework().startHttp(high));
     EXPECT_TRUE(log.has("e: The inspection HTTP server cannot listen on '127.0.0.1': port 70000 is above 65535."));
-    EXPECT_FALSE(framework().startHttp("256.0.0.0", 0));   // the address form is checked the same way
+    EXPECT_FALSE(framework().startHttp("256.0.0.0", 0)); // the address form is checked the same way
 
     HttpSettings local;
     local.address = "localhost";
@@ -126,7 +128,7 @@ TEST_F(ConfiguredHttpTest, PagesOfOtherSitesAndReboundNamesNeverReachAnEngine)
             EXPECT_EQ(0u, reply.body.find("{\"error\":\"HTTP request: ")) << reply.body;
         }
     }
-    EXPECT_EQ(5u, world->getCalls().size());   // the admitted ones only
+    EXPECT_EQ(5u, world->getCalls().size()); // the admitted ones only
     EXPECT_TRUE(log.has("w: HTTP request: origin 'http://attacker.example' is not allowed."));
 
     const HttpReply preflight = send("OPTIONS", "/api/world/suspend",
@@ -217,8 +219,8 @@ TEST_F(ConfiguredHttpTest, SilentAndSlowClientsStallNobodyElse)
     for (int i = 0; i < 50; ++i) {
         const auto begin = std::chrono::steady_clock::now();
         EXPECT_EQ(200, send("GET", "/api/world").status);
-        slowest = std::max(slowest, std::chrono::duration_cast<std::chrono::milliseconds>(
-                                        std::chrono::steady_clock::now() - begin));
+        slowest = std::max(
+            slowest, std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin));
     }
     EXPECT_LT(slowest.count(), 100);
 }
@@ -252,10 +254,10 @@ TEST_F(ConfiguredHttpTest, ServesTheViewerAtUiWithoutATokenAndOnlyWhenAsked)
     EXPECT_NE(std::string::npos, page.body.find("<html"));
     EXPECT_EQ(304, send("GET", "/ui/index.html", "If-None-Match: " + page.header("ETag") + "\r\n").status);
     EXPECT_EQ("/ui/", send("GET", "/ui").header("Location"));
-    EXPECT_EQ(401, send("GET", "/ui/../api/world").status);   // dot segments are resolved before the checks
+    EXPECT_EQ(401, send("GET", "/ui/../api/world").status); // dot segments are resolved before the checks
     EXPECT_EQ(405, send("POST", "/ui/", "", "{}").status);
     EXPECT_EQ(403, send("GET", "/ui/", "Host: evil.example\r\n").status);
-    EXPECT_EQ(401, send("GET", "/api/world").status);   // the page is free, the resources are not
+    EXPECT_EQ(401, send("GET", "/api/world").status); // the page is free, the resources are not
 
     framework().shutdownHttp();
     settings.serveViewer = false;

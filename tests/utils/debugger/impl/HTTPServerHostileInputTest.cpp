@@ -19,7 +19,7 @@ protected:
     {
         InspectionHttpTest::SetUp();
         addEngine("world");
-        expectServing();   // builds what the first request builds once
+        expectServing(); // builds what the first request builds once
         liveBytes = tov::allocator::Allocator::instance().getLiveBytes();
     }
 
@@ -97,7 +97,7 @@ TEST_F(HostileInputTest, LargeAndDeepBodiesAreRefusedQuickly)
         }
     }
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30));
-    EXPECT_EQ(1u + 8u, engines[0]->getCalls().size());   // the checks, nothing else
+    EXPECT_EQ(1u + 8u, engines[0]->getCalls().size()); // the checks, nothing else
     EXPECT_EQ(0u, log.count('e'));
 }
 
@@ -131,7 +131,8 @@ TEST_F(HostileInputTest, ManyClientsAtOnceAreAllAnswered)
             for (int i = 0; i < 125; ++i) {
                 const std::string rest = "/" + std::to_string(t) + "/" + std::to_string(i);
                 const std::vector<HttpReply> answer = replies(request("GET", "/api/world" + rest));
-                answered[t] += answer.size() == 1 && answer[0].body == "{\"engine\":\"world\",\"rest\":\"" + rest + "\"}";
+                answered[t] +=
+                    answer.size() == 1 && answer[0].body == "{\"engine\":\"world\",\"rest\":\"" + rest + "\"}";
             }
         });
     }

@@ -60,11 +60,9 @@ TEST_F(InspectionHttpTest, MapsEachMethodToItsOperationAndRefusesTheOthers)
     const std::string options = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\nAllow: GET,OPTIONS,POST,DELETE\r\n\r\n";
     const std::string refused = head("400 Bad Request", "text", 0);
     const std::pair<std::string, std::string> cases[] = {
-        {request("OPTIONS", "/api/world/1?x=1"), options},   // on a good path, the only answer
-        {request("PUT", "/api/world/1"), refused},
-        {request("PATCH", "/api/world/1"), refused},
-        {request("HEAD", "/api/world/1"), refused},
-        {request("PROPFIND", "/api/world/1"), refused},
+        {request("OPTIONS", "/api/world/1?x=1"), options}, // on a good path, the only answer
+        {request("PUT", "/api/world/1"), refused},         {request("PATCH", "/api/world/1"), refused},
+        {request("HEAD", "/api/world/1"), refused},        {request("PROPFIND", "/api/world/1"), refused},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(c.second, exchange(c.first)) << c.first;
@@ -83,7 +81,7 @@ TEST_F(InspectionHttpTest, TheFirstSegmentIsApiOrTheVersionOrAPrefixOfEither)
     for (const char* first : {"/api", "/a", "/0.4.0", "/0.4"}) {
         EXPECT_EQ(std::vector<int>{200}, statuses(request("GET", first + std::string("/world")))) << first;
     }
-    EXPECT_EQ(std::vector<int>{200}, statuses(request("GET", "/")));   // the empty rest meets the first engine
+    EXPECT_EQ(std::vector<int>{200}, statuses(request("GET", "/"))); // the empty rest meets the first engine
     const std::pair<const char*, std::vector<int>> methods[] = {
         {"GET", {404}}, {"DELETE", {204}}, {"POST", {204}}, {"OPTIONS", {200, 204}}};
     for (const char* first : {"/apis", "/0.4.1", "/0.4.0.0"}) {
@@ -135,29 +133,34 @@ TEST_F(InspectionHttpTest, ResourceStatusesBecomeHttpStatusesWithWarnings)
         EXPECT_EQ(std::vector<std::string>{c.warning}, log.getMessages());
     }
     statuses(request("GET", "/api/world"));
-    EXPECT_TRUE(log.has("w: HTTP request: unknown resource '/world'."));   // no "?" without a query
+    EXPECT_TRUE(log.has("w: HTTP request: unknown resource '/world'.")); // no "?" without a query
 }
 
 TEST_F(InspectionHttpTest, APostBodyJoinsTheQueryAndABadOneIsRefused)
 {
     ScriptedEngine& world = addEngine("world");
-    EXPECT_EQ(std::vector<int>{200}, statuses(request("POST", "/api/world?step=3", "{\"speed\": 2.5, \"name\": \"a\"}")));
+    EXPECT_EQ(std::vector<int>{200},
+              statuses(request("POST", "/api/world?step=3", "{\"speed\": 2.5, \"name\": \"a\"}")));
     EXPECT_EQ(std::vector<std::string>{"c  {\"name\":\"a\",\"speed\":2.5,\"step\":3}"}, world.getCalls());
     // What the object refuses (the query made the root an object), and bodies too large to read. Text
     // that is not JSON only ends the reading, without a message: what was read before it stands.
     const std::string bodies[] = {
-        "[1,", "{\"a.b\": 1}", "{\"step\": {\"x\": 1}}", std::string(200, '[') + std::string(200, ']'),
+        "[1,",
+        "{\"a.b\": 1}",
+        "{\"step\": {\"x\": 1}}",
+        std::string(200, '[') + std::string(200, ']'),
         "{\"long\": \"" + std::string(300 * 1024, 'x') + "\"}",
     };
     for (const std::string& body : bodies) {
         log.clear();
         EXPECT_EQ(std::vector<int>{400}, statuses(request("POST", "/api/world?step=3", body))) << body.substr(0, 40);
         EXPECT_TRUE(log.has("w: HTTP request: invalid request data (see above for further information)."));
-        EXPECT_EQ(0u, log.count('e'));   // the client's mistakes arrive as warnings
+        EXPECT_EQ(0u, log.count('e')); // the client's mistakes arrive as warnings
     }
     EXPECT_TRUE(log.has("w: The request body is longer than 262144 bytes."));
     EXPECT_EQ(1u, world.getCalls().size());
-    EXPECT_EQ(std::vector<int>{200}, statuses(request("POST", "/api/world", "\"" + std::string(200 * 1024, 'x') + "\"")));
+    EXPECT_EQ(std::vector<int>{200},
+              statuses(request("POST", "/api/world", "\"" + std::string(200 * 1024, 'x') + "\"")));
 }
 
 TEST_F(InspectionHttpTest, PostOnEnginesSwitchesThemAndAnswersTwice)
@@ -174,10 +177,10 @@ TEST_F(InspectionHttpTest, PostOnEnginesSwitchesThemAndAnswersTwice)
     const Case cases[] = {
         {"/api/engines", "{\"world\": 1, \"clock\": false}", true, false},
         {"/api/engines", "{\"world\": 0, \"clock\": 7}", false, true},
-        {"/api/engines", "{\"world\": \"yes\", \"clock\": 2.5}", false, true},   // other kinds are passed over
+        {"/api/engines", "{\"world\": \"yes\", \"clock\": 2.5}", false, true}, // other kinds are passed over
         {"/api/eng", "{\"world\": true}", true, true},
-        {"/api/engines?clock=0", "{}", true, false},   // the query counts as well
-        {"/api", "{\"clock\": 1}", true, true},   // an empty rest is a prefix of "engines"
+        {"/api/engines?clock=0", "{}", true, false}, // the query counts as well
+        {"/api", "{\"clock\": 1}", true, true},      // an empty rest is a prefix of "engines"
         {"/api/engines/more", "{\"world\": false}", false, true},
     };
     for (const Case& c : cases) {
@@ -198,7 +201,7 @@ TEST_F(InspectionHttpTest, SuccessAnswers500WhileTheLoggerHoldsAnErrorAndTracesE
     TOV_LOG_ERROR(&log, tov::utils::error::unknownError, "the host failed");
     EXPECT_EQ(std::vector<int>{500}, statuses(request("GET", "/api/world")));
     EXPECT_EQ("{\"engine\":\"world\",\"rest\":\"\"}", replies(request("GET", "/api/world"))[0].body);
-    EXPECT_EQ(std::vector<int>{404}, statuses(request("GET", "/api/zebra")));   // only success turns
+    EXPECT_EQ(std::vector<int>{404}, statuses(request("GET", "/api/zebra"))); // only success turns
     tov::testing::LockedLogger tracing(true, true, true);
     Facilities::instance().setLogger(tracing);
     EXPECT_EQ(std::vector<int>{200}, statuses(request("DELETE", "/api/world/a%2Fb?x=1")));
@@ -221,7 +224,7 @@ TEST_F(InspectionTest, StartsOnceAndFailsOnATakenPortKeepingThatPort)
     EXPECT_FALSE(framework().startHttp("127.0.0.1", port + 1));
     EXPECT_EQ(port, framework().getHttpPort());
     framework().shutdownHttp();
-    framework().shutdownHttp();   // nothing left to stop
+    framework().shutdownHttp(); // nothing left to stop
     const std::string running = std::to_string(port);
     EXPECT_EQ(std::vector<std::string>({"i: Inspection HTTP server started on port " + running + ".",
                                         "e: The inspection HTTP server is already running on port " + running + ".",
@@ -233,7 +236,8 @@ TEST_F(InspectionTest, StartsOnceAndFailsOnATakenPortKeepingThatPort)
     EXPECT_FALSE(framework().startHttp("127.0.0.1", loopback.port));
     EXPECT_FALSE(framework().isHttpStarted());
     EXPECT_EQ(loopback.port, framework().getHttpPort());
-    EXPECT_TRUE(log.has("e: Unable to start the inspection HTTP server on port " + std::to_string(loopback.port) + "."));
+    EXPECT_TRUE(
+        log.has("e: Unable to start the inspection HTTP server on port " + std::to_string(loopback.port) + "."));
     // The server's own messages come as information, also those before any request.
     EXPECT_NE(std::string::npos, log.getMessages().at(0).find("cannot bind"));
     // The form without address binds every interface, which a port held there blocks as well.
@@ -246,7 +250,7 @@ TEST_F(InspectionTest, StartsOnceAndFailsOnATakenPortKeepingThatPort)
     Facilities::instance().setLogger(quiet);
     EXPECT_FALSE(framework().startHttp("127.0.0.1", loopback.port));
     Facilities::instance().setLogger(log);
-    EXPECT_EQ(1u, quiet.getMessages().size());   // nothing of the server's without information
+    EXPECT_EQ(1u, quiet.getMessages().size()); // nothing of the server's without information
 }
 
 TEST_F(InspectionTest, StopAndStartCyclesServeEachTimeAndTerminateStopsTheLast)
@@ -269,7 +273,7 @@ TEST_F(InspectionTest, StopAndStartCyclesServeEachTimeAndTerminateStopsTheLast)
     tov::utils::terminate(nullptr);
     EXPECT_EQ("i: Inspection HTTP server stopped.", log.getMessages().back());
     EXPECT_EQ("", RawHttpClient::exchange(port, "GET /api/world HTTP/1.1\r\n\r\n", 2000));
-    ASSERT_TRUE(tov::utils::initialize(nullptr));   // for the tear-down
+    ASSERT_TRUE(tov::utils::initialize(nullptr)); // for the tear-down
     Facilities::instance().setLogger(log);
     engines.clear();
 }

@@ -37,9 +37,9 @@ std::string head(const char* status, const char* type, unsigned int length)
 
 TEST(JsonHttpReply, WritesEveryStatusOfItsTableAnd500ForOtherIndices)
 {
-    const char* expected[] = {"200 OK",           "201 Created",   "204 No Content", "400 Bad Request",
-                              "401 Unauthorized", "403 Forbidden", "404 Not Found",  "405 Method Not Allowed",
-                              "500 Internal Server Error",         "501 Not Implemented"};
+    const char* expected[] = {
+        "200 OK",        "201 Created",   "204 No Content",         "400 Bad Request",           "401 Unauthorized",
+        "403 Forbidden", "404 Not Found", "405 Method Not Allowed", "500 Internal Server Error", "501 Not Implemented"};
     for (unsigned int index : {0u, 1u, 2u, 3u, 4u, 5u, 6u, 7u, 8u, 9u, 10u, 0xFFFFFFFFu}) {
         MemoryConnection connection("GET", "/");
         JsonHttpReply(connection, nullptr).sendStatus(index);
@@ -74,7 +74,7 @@ TEST(HTTPLinkInput, ReadsTheBodyUpToItsMaximumAndReportsABrokenLink)
     unsigned int size = sizeof(buffer);
     EXPECT_TRUE(input.read(buffer, size, &log) && size == 8);
     EXPECT_TRUE(input.read(buffer, size, &log) && size == 2);
-    EXPECT_FALSE(input.read(buffer, size, &log));   // the end
+    EXPECT_FALSE(input.read(buffer, size, &log)); // the end
     EXPECT_EQ(0u, size);
     EXPECT_TRUE(log.getMessages().empty());
 
@@ -85,8 +85,8 @@ TEST(HTTPLinkInput, ReadsTheBodyUpToItsMaximumAndReportsABrokenLink)
     EXPECT_FALSE(bounded.read(buffer, size, &log));
     longer.broken = true;
     EXPECT_FALSE(bounded.read(buffer, size, &log));
-    EXPECT_EQ(std::vector<std::string>({"e: The request body is longer than 9 bytes.",
-                                        "e: Error reading from the underlying link."}),
+    EXPECT_EQ(std::vector<std::string>(
+                  {"e: The request body is longer than 9 bytes.", "e: Error reading from the underlying link."}),
               log.getMessages());
 }
 

@@ -77,9 +77,17 @@ TEST(ViewerFiles, TheFolderItselfIsItsPage)
 
 TEST(ViewerFiles, OnlyTheExactNamesOfTheFolderAreFound)
 {
-    const char* const refused[] = {"/index.html", "index.html/", "./index.html", "../CMakeLists.txt",
-                                   "%2e%2e/api.js", "INDEX.HTML", "index.htm", "main.js?v=1", "main",
-                                   "debug/index.html", "/"};
+    const char* const refused[] = {"/index.html",
+                                   "index.html/",
+                                   "./index.html",
+                                   "../CMakeLists.txt",
+                                   "%2e%2e/api.js",
+                                   "INDEX.HTML",
+                                   "index.htm",
+                                   "main.js?v=1",
+                                   "main",
+                                   "debug/index.html",
+                                   "/"};
     for (const char* path : refused) {
         ViewerFile file{};
         EXPECT_FALSE(ViewerFiles::find(path, file)) << path;

@@ -66,8 +66,8 @@ void ConfiguredRequestHandler::handle(HTTPConnection& connection)
     serveResources(connection, headerLines);
 }
 
-void ConfiguredRequestHandler::refuseUnreadable(HTTPConnection& connection, unsigned int code,
-                                                const char* reasonPhrase, const char* why)
+void ConfiguredRequestHandler::refuseUnreadable(HTTPConnection& connection, unsigned int code, const char* reasonPhrase,
+                                                const char* why)
 {
     refuse(connection, guard.getCorsHeaders(nullptr), code, reasonPhrase,
            "HTTP request: the server refused the request (" + String(why != nullptr ? why : "") + ").");
@@ -124,7 +124,8 @@ void ConfiguredRequestHandler::serveViewerFile(HTTPConnection& connection, const
     const char* name = path + viewerPrefixLength + 1;
     ViewerFile file;
     if (!ViewerFiles::find(name, file)) {
-        refuse(connection, headerLines, 404, "Not Found", "HTTP request: the viewer has no file '" + String(path) + "'.");
+        refuse(connection, headerLines, 404, "Not Found",
+               "HTTP request: the viewer has no file '" + String(path) + "'.");
         return;
     }
     const char* known = connection.getHeader("If-None-Match");
@@ -136,7 +137,8 @@ void ConfiguredRequestHandler::serveViewerFile(HTTPConnection& connection, const
          << "ETag: " << file.etag << "\r\n"
          << "Cache-Control: no-cache\r\n"
          << "X-Content-Type-Options: nosniff\r\n"
-         << "Content-Security-Policy: default-src 'self'; frame-ancestors 'none'; base-uri 'none'; form-action 'none'\r\n"
+         << "Content-Security-Policy: default-src 'self'; frame-ancestors 'none'; base-uri 'none'; form-action "
+            "'none'\r\n"
          << "Referrer-Policy: no-referrer\r\n"
          << "Connection: close\r\n"
          << headerLines << "\r\n";

@@ -132,9 +132,10 @@ resources::Status EventFramework::createResource(const char* path, unsigned int 
     // A null property counts as compatible with a string but reading it asserts: it is the null string,
     // refused before the read, since the body comes from a client.
     const unsigned int type = query->getProperty("type");
-    const char* typeName = type != 0 && query->getType(type) != type::null && query->isTypeCompatible(type, type::string)
-                               ? query->getString(type)
-                               : nullptr;
+    const char* typeName =
+        type != 0 && query->getType(type) != type::null && query->isTypeCompatible(type, type::string)
+            ? query->getString(type)
+            : nullptr;
     if (typeName == nullptr) {
         return resources::Error;
     }
@@ -292,8 +293,8 @@ unsigned int EventFramework::subscribeBreakpoint(const DynamicObject& query)
         EngineDebuggerFacade::FilterCreators& creators = facade->getEventRequestFilterCreator();
         DynamicObjectIterator filter(query, filtersProperty, 0);
         for (filter.next(); !filter.end(); filter.next()) {
-            AbstractEventFilter* made = creators.getCreator(String(filter.getKey(), filter.getKeyLength()))(
-                query, filter.getProperty());
+            AbstractEventFilter* made =
+                creators.getCreator(String(filter.getKey(), filter.getKeyLength()))(query, filter.getProperty());
             if (made != nullptr) {
                 filters.push_back(made);
             }

@@ -2,8 +2,8 @@
 
 #include <tov/utils/Facilities.h>
 #include <tov/utils/Logging.h>
-#include <tov/utils/debugger/InspectionFramework.h>
 #include <tov/utils/debugger/HttpSettings.h>
+#include <tov/utils/debugger/InspectionFramework.h>
 #include <tov/utils/debugger/impl/CivetConnection.h>
 #include <tov/utils/debugger/impl/ConfiguredRequestHandler.h>
 #include <tov/utils/debugger/impl/EventFramework.h>
@@ -134,7 +134,8 @@ bool launch(HTTPServer::Private& server, const char** options, unsigned int port
     if (server.context == nullptr) {
         dropEventEngine(server);
         server.configured.reset();
-        TOV_LOG_ERROR(logger, error::unknownError, "Unable to start the inspection HTTP server on port " << port << ".");
+        TOV_LOG_ERROR(logger, error::unknownError,
+                      "Unable to start the inspection HTTP server on port " << port << ".");
         return false;
     }
     if (learnBoundPort) {
@@ -179,8 +180,8 @@ bool HTTPServer::start(unsigned int port)
     listening << port;
     const String listeningPorts = listening.str();
     // One worker: requests are answered one at a time, in the order in which they were accepted.
-    const char* options[] = {"enable_directory_listing", "false", "listening_ports", listeningPorts.c_str(),
-                             "num_threads", "1", nullptr};
+    const char* options[] = {
+        "enable_directory_listing", "false", "listening_ports", listeningPorts.c_str(), "num_threads", "1", nullptr};
     return launch(*data, options, port, false);
 }
 
@@ -193,8 +194,13 @@ bool HTTPServer::start(const char* address, unsigned int port)
     if (refuseWhileRunning(*data) || refuseAddress(*data, listening, address, port)) {
         return false;
     }
-    const char* options[] = {"enable_directory_listing", "false", "listening_ports",
-                             listening.getListeningPorts().c_str(), "num_threads", "1", nullptr};
+    const char* options[] = {"enable_directory_listing",
+                             "false",
+                             "listening_ports",
+                             listening.getListeningPorts().c_str(),
+                             "num_threads",
+                             "1",
+                             nullptr};
     return launch(*data, options, port, true);
 }
 
@@ -210,19 +216,28 @@ bool HTTPServer::start(const HttpSettings& settings)
     timeout << (settings.requestTimeoutMilliseconds != 0 ? settings.requestTimeoutMilliseconds : 1);
     const String threadCount = threads.str();
     const String timeoutText = timeout.str();
-    const char* options[] = {"enable_directory_listing", "false", "listening_ports",
-                             listening.getListeningPorts().c_str(), "num_threads", threadCount.c_str(),
-                             "request_timeout_ms", timeoutText.c_str(), nullptr};
+    const char* options[] = {"enable_directory_listing",
+                             "false",
+                             "listening_ports",
+                             listening.getListeningPorts().c_str(),
+                             "num_threads",
+                             threadCount.c_str(),
+                             "request_timeout_ms",
+                             timeoutText.c_str(),
+                             nullptr};
     data->configured.reset(TOV_NEW ConfiguredRequestHandler(data->framework, settings, listening.getHostName()));
     if (!launch(*data, options, settings.port, true)) {
         return false;
     }
     ListeningSockets::deferAcceptUntilData(data->port, (settings.requestTimeoutMilliseconds + 999) / 1000);
     if (!listening.isLoopback() && settings.accessToken.empty()) {
-        TOV_LOG_WARNING(getLogger(*data),
-                        "The inspection HTTP server listens on " << settings.address << " without an access token: "
-                        "anyone who can reach this machine on port " << data->port << " can read the simulation, "
-                        "stop and step its threads and switch its engines.");
+        TOV_LOG_WARNING(getLogger(*data), "The inspection HTTP server listens on "
+                                              << settings.address
+                                              << " without an access token: "
+                                                 "anyone who can reach this machine on port "
+                                              << data->port
+                                              << " can read the simulation, "
+                                                 "stop and step its threads and switch its engines.");
     }
     return true;
 }

@@ -248,8 +248,7 @@ String RequestContext::describeResource(const char* rest) const
     return String(rest) + (queryLength != 0 ? "?" : "") + query;
 }
 
-void RequestContext::answer(resources::Status status, const Operation& operation, const char* rest,
-                            bool errorsBefore)
+void RequestContext::answer(resources::Status status, const Operation& operation, const char* rest, bool errorsBefore)
 {
     switch (status) {
     case resources::Ok:
@@ -268,8 +267,8 @@ void RequestContext::answer(resources::Status status, const Operation& operation
         }
         return;
     case resources::Error:
-        refuse(JsonHttpReply::BadRequest, "HTTP request: error while " + String(operation.verb) + " resource '" +
-                                              describeResource(rest) + "'.");
+        refuse(JsonHttpReply::BadRequest,
+               "HTTP request: error while " + String(operation.verb) + " resource '" + describeResource(rest) + "'.");
         return;
     default:
         refuse(operation.unknownStatus, "HTTP request: unknown resource '" + describeResource(rest) + "'.");

@@ -20,16 +20,9 @@ namespace debugger {
 namespace impl {
 
 InspectionFrameworkImpl::InspectionFrameworkImpl(Facilities& facilities, ExecutionController& controller)
-    : facilities(&facilities),
-      stateLock(Mutex::Recursive),
-      engineListLock(Mutex::Normal),
-      facade(*this),
-      debugger(*this),
-      controller(&controller),
-      suspendEverything(false),
-      suspendedEntity(invalidEntity),
-      stepOutContext(nullptr),
-      stepOverContext(nullptr)
+    : facilities(&facilities), stateLock(Mutex::Recursive), engineListLock(Mutex::Normal), facade(*this),
+      debugger(*this), controller(&controller), suspendEverything(false), suspendedEntity(invalidEntity),
+      stepOutContext(nullptr), stepOverContext(nullptr)
 {
     registerEngine(facilities.getStringTable().add(debugger.getPath(), &facilities.getLogger()), debugger);
 }

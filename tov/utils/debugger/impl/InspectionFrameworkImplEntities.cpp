@@ -125,10 +125,9 @@ void InspectionFrameworkImpl::onEntitiesUnregistration(AbstractEngine& engine, c
         Stack* stack = entities.findStack(id);
         TOV_ASSERT(stack != nullptr, "There is no context for entity #" << id << ".");
         TOV_ASSERT(stack == nullptr || !stack->empty(), "There is a mismatch number of push/pop contexts.");
-        const bool framesLeft = stack != nullptr && std::any_of(stack->begin() + std::min<std::size_t>(stack->size(), 1),
-                                                                 stack->end(), [](const AbstractContext* context) {
-                                                                     return context != nullptr;
-                                                                 });
+        const bool framesLeft =
+            stack != nullptr && std::any_of(stack->begin() + std::min<std::size_t>(stack->size(), 1), stack->end(),
+                                            [](const AbstractContext* context) { return context != nullptr; });
         TOV_ASSERT(!framesLeft, "Not all contexts have been removed.");
         // Past a failed check the bottom frame is not the framework's to destroy: the entity stays.
         if (stack == nullptr || stack->empty() || framesLeft) {
@@ -171,7 +170,7 @@ unsigned int InspectionFrameworkImpl::countContexts(unsigned int entity) const
 }
 
 const InspectionFrameworkImpl::Stack* InspectionFrameworkImpl::findReportedStack(unsigned int entity,
-                                                                                AbstractLogger* logger) const
+                                                                                 AbstractLogger* logger) const
 {
     if (!entities.isRegistered(entity)) {
         TOV_LOG_ERROR(logger, error::invalidArgument, "Entity '" << entity << "' is not registered on the debugger.");

@@ -19,15 +19,23 @@ struct HttpStatus {
 };
 
 const HttpStatus statuses[] = {
-    {200, "OK"},           {201, "Created"},   {204, "No Content"},         {400, "Bad Request"},
-    {401, "Unauthorized"}, {403, "Forbidden"}, {404, "Not Found"},          {405, "Method Not Allowed"},
-    {500, "Internal Server Error"},            {501, "Not Implemented"},
+    {200, "OK"},
+    {201, "Created"},
+    {204, "No Content"},
+    {400, "Bad Request"},
+    {401, "Unauthorized"},
+    {403, "Forbidden"},
+    {404, "Not Found"},
+    {405, "Method Not Allowed"},
+    {500, "Internal Server Error"},
+    {501, "Not Implemented"},
 };
 const unsigned int statusCount = sizeof(statuses) / sizeof(statuses[0]);
 
 const HttpStatus& findStatus(unsigned int statusIndex)
 {
-    return statuses[statusIndex < statusCount ? statusIndex : static_cast<unsigned int>(JsonHttpReply::InternalServerError)];
+    return statuses[statusIndex < statusCount ? statusIndex
+                                              : static_cast<unsigned int>(JsonHttpReply::InternalServerError)];
 }
 
 } // namespace
@@ -96,7 +104,11 @@ String toValidUtf8(const String& text)
     valid.reserve(text.size());
     for (String::size_type i = 0; i < text.size();) {
         const unsigned char lead = static_cast<unsigned char>(text[i]);
-        const unsigned int length = lead < 0x80 ? 1 : (lead >> 5) == 0x6 ? 2 : (lead >> 4) == 0xE ? 3 : (lead >> 3) == 0x1E ? 4 : 0;
+        const unsigned int length = lead < 0x80           ? 1
+                                    : (lead >> 5) == 0x6  ? 2
+                                    : (lead >> 4) == 0xE  ? 3
+                                    : (lead >> 3) == 0x1E ? 4
+                                                          : 0;
         bool whole = length != 0 && i + length <= text.size();
         for (unsigned int k = 1; whole && k < length; ++k) {
             whole = (static_cast<unsigned char>(text[i + k]) & 0xC0) == 0x80;

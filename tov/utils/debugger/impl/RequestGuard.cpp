@@ -50,8 +50,7 @@ bool equalInConstantTime(const String& left, const char* right, std::size_t righ
 
 RequestGuard::Verdict::Verdict() : code(0) {}
 
-RequestGuard::RequestGuard(const HttpSettings& settings, const String& listeningHostName)
-    : token(settings.accessToken)
+RequestGuard::RequestGuard(const HttpSettings& settings, const String& listeningHostName) : token(settings.accessToken)
 {
     hosts.push_back("localhost");
     hosts.push_back("127.0.0.1");

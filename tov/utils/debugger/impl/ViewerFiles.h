@@ -14,11 +14,11 @@ namespace impl {
 
 // One file, as the build compiled it in; every pointer lives as long as the library.
 struct ViewerFile {
-    const char* path;            // below the viewer's folder: "index.html", "main.js"
-    const unsigned char* bytes;  // the content, size bytes (followed by a zero that is not counted)
+    const char* path;           // below the viewer's folder: "index.html", "main.js"
+    const unsigned char* bytes; // the content, size bytes (followed by a zero that is not counted)
     unsigned int size;
-    const char* type;            // the Content-Type: "text/javascript; charset=utf-8"
-    const char* etag;            // the ETag, quoted as the header wants it: "\"1f3a...\""
+    const char* type; // the Content-Type: "text/javascript; charset=utf-8"
+    const char* etag; // the ETag, quoted as the header wants it: "\"1f3a...\""
 };
 
 class ViewerFiles {
