@@ -410,7 +410,7 @@ using CountedJson = nlohmann::basic_json<std::map, std::vector, std::string, boo
 
 // The base of RapidJSON's pool: keeps the size in front of each chunk, as Free is not told it.
 struct CountingBaseAllocator {
-    static const bool kNeedFree = true;
+    [[maybe_unused]] static const bool kNeedFree = true; // read by RapidJSON's pool
     void* Malloc(std::size_t size)
     {
         if (size == 0) {

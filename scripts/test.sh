@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # The whole set-up and test run: installs what is missing, builds, and runs every test twice, in a
 # normal build (build/) and under AddressSanitizer and UndefinedBehaviorSanitizer (build-asan/), runs
-# the suites that use threads under ThreadSanitizer (build-tsan/), then runs every libFuzzer target for
-# a short time (build-fuzz/).
+# the suites that use threads and the programs under ThreadSanitizer (build-tsan/), checks the style
+# (clang-format, clang-tidy), then runs every libFuzzer target for a short time (build-fuzz/).
 #   scripts/test.sh                      everything, 10 seconds of fuzzing a target
 #   scripts/test.sh --fuzz-seconds 300   a longer fuzzing run
-#   scripts/test.sh --no-sanitizers      the normal build only, no fuzzing
+#   scripts/test.sh --no-sanitizers      the normal build only: no fuzzing, no style checks
 #   scripts/test.sh --soak-seconds 3600  a longer soak of the inspector (120 seconds by default)
 set -euo pipefail
 
@@ -37,6 +37,12 @@ ctest --preset default -j "$jobs"
 section "soak"
 # Left out of a plain ctest: it runs for minutes.
 TOV_SOAK_SECONDS=$soakSeconds ctest --test-dir build -C soak -L soak --output-on-failure
+
+if [ "$sanitizers" -eq 1 ]; then
+  section "style"
+  # The layout of every C++ file, and clang-tidy over the sources of the normal build.
+  bash scripts/check-style.sh --build build
+fi
 
 if [ "$sanitizers" -eq 1 ]; then
   section "sanitizer build (address, undefined)"

@@ -33,7 +33,12 @@ Session::Session(Channel& channel, std::ostream& log) : channel(channel), log(lo
 
 Session::~Session()
 {
-    end();
+    // A session that ends without a disconnect still leaves the host as a disconnect does. Should that
+    // fail by an exception (an allocation, say), the destructor must not pass it on: the host is left.
+    try {
+        end();
+    } catch (...) {
+    }
 }
 
 void Session::logLine(const std::string& line)

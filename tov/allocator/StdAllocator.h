@@ -27,11 +27,14 @@ public:
 
     T* allocate(std::size_t count)
     {
-        // The service counts in 32 bits; a container that asks for more has no sane use here.
+        // The service counts in 32 bits; a container that asks for more has no sane use here. T may well be
+        // a pointer: its size is what is counted (so for the two NOLINTs below, and the one in deallocate).
+        // NOLINTNEXTLINE(bugprone-sizeof-expression)
         if (count > std::numeric_limits<unsigned int>::max() / sizeof(T)) {
             std::fputs("tov::allocator: a container asked for 4 GiB or more at once\n", stderr);
             std::abort();
         }
+        // NOLINTNEXTLINE(bugprone-sizeof-expression)
         return static_cast<T*>(allocator->allocate(static_cast<unsigned int>(count * sizeof(T))));
     }
 

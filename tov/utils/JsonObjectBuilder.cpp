@@ -37,7 +37,7 @@ const char* const notBuildingText = "The Json building was already ended or has 
 void printToStream(void* context, const char* text, size_t length)
 {
     JsonGeneration& generation = *static_cast<JsonGeneration*>(context);
-    generation.stream.write(text, static_cast<unsigned int>(length), generation.logger);
+    static_cast<void>(generation.stream.write(text, static_cast<unsigned int>(length), generation.logger));
 }
 
 const char* describeStatus(yajl_gen_status status)
