@@ -219,7 +219,7 @@ TEST_F(DynamicObjectBuilderTest, KeysGivenTwiceWithOtherKindsFailCleanly)
     EXPECT_EQ(1, object.getInt("c.x"));
 }
 
-TEST_F(DynamicObjectBuilderTest, ContainersOfTheWrongKindAreReported)
+TEST_F(DynamicObjectBuilderTest, ContainersOfTheWrongKindAreReportedAndEndingOneIsAFramingFault)
 {
     ASSERT_TRUE(builder.beginObject());
     EXPECT_FALSE(builder.arrayChild());
@@ -229,6 +229,8 @@ TEST_F(DynamicObjectBuilderTest, ContainersOfTheWrongKindAreReported)
     EXPECT_EQ("The current property is not an object.", lastMessage(logger));
     EXPECT_FALSE(builder.beginObject());
     EXPECT_EQ("The current property is not of the expected type", lastMessage(logger));
+    // Ending a container of another kind is a framing fault of the caller.
+    EXPECT_EQ("Invalid call sequence", assertionOf([&] { builder.endObject(); }));
 }
 
 TEST_F(DynamicObjectBuilderTest, AScalarOfAnotherKindOverwritesTheTargetAndIsReported)
@@ -244,12 +246,6 @@ TEST_F(DynamicObjectBuilderTest, AScalarOfAnotherKindOverwritesTheTargetAndIsRep
     EXPECT_EQ(4, object.getInt(object.getRoot()));
     EXPECT_FALSE(over.integer(5));
     EXPECT_EQ("No current property.", lastMessage(logger));
-}
-
-TEST_F(DynamicObjectBuilderTest, EndingAContainerOfAnotherKindIsAFramingFault)
-{
-    ASSERT_TRUE(builder.beginObject());
-    EXPECT_EQ("Invalid call sequence", assertionOf([&] { builder.endArray(); }));
 }
 
 TEST_F(DynamicObjectBuilderTest, ArraysStopAtTheirMaximumSizeWithAMessage)

@@ -78,17 +78,15 @@ TEST_F(DynamicObjectPredicateTest, AMissingPropertyIsFalseWithAMessage)
 
 TEST_F(DynamicObjectPredicateTest, ContractFaults)
 {
-    EXPECT_EQ("unexpected value type detected 0", assertionOf([&] {
-                  static_cast<void>(Comparison("i", Comparison::equal, DynamicValue()).evaluate(object, nullptr));
-              }));
-    EXPECT_EQ(
-        "unexpected comparator detected 9", assertionOf([&] {
-            static_cast<void>(
-                Comparison("i", static_cast<Comparison::Comparator>(9), DynamicValue(1)).evaluate(object, nullptr));
-        }));
-    EXPECT_EQ("Not an integer or a compatible type", assertionOf([&] {
-                  static_cast<void>(Comparison("s", Comparison::equal, DynamicValue(1)).evaluate(object, nullptr));
-              }));
+    const auto evaluate = [&](const char* key, int comparator, const DynamicValue& value) {
+        return assertionOf([&] {
+            const Comparison comparison(key, static_cast<Comparison::Comparator>(comparator), value);
+            static_cast<void>(comparison.evaluate(object, nullptr));
+        });
+    };
+    EXPECT_EQ("unexpected value type detected 0", evaluate("i", Comparison::equal, DynamicValue()));
+    EXPECT_EQ("unexpected comparator detected 9", evaluate("i", 9, DynamicValue(1)));
+    EXPECT_EQ("Not an integer or a compatible type", evaluate("s", Comparison::equal, DynamicValue(1)));
     EXPECT_EQ("null pointer not allowed as key when creating a simple condition",
               assertionOf([] { Comparison(nullptr, Comparison::equal, DynamicValue(1)); }));
     DynamicObjectCompositePredicate composite;

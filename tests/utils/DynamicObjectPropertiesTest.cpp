@@ -10,6 +10,7 @@
 #include <climits>
 #include <cmath>
 #include <string>
+#include <utility>
 
 namespace tov {
 namespace utils {
@@ -300,11 +301,12 @@ TEST_F(DynamicObjectPropertiesTest, ASiblingExtendingTheNameCountsAsAChildWhenIn
     EXPECT_EQ(object.getProperty("abc"), object.getChild(ab, 1u));
 }
 
-TEST_F(DynamicObjectPropertiesTest, RenameMovesTheSubtreeWithoutCopying)
+TEST_F(DynamicObjectPropertiesTest, RenameMovesTheSubtreeWithoutCopyingAndChecksItsArguments)
 {
     object.setInt("p.old.x", 1);
     object.setInt("p.old.y[1]", 2);
     object.setInt("p.other", 3);
+    object.setInt("v", 0);
     const unsigned int p = object.getProperty("p");
     const unsigned int x = object.getProperty("p.old.x");
     const unsigned int renamed = object.renameChild(p, "old", "new");
@@ -313,6 +315,23 @@ TEST_F(DynamicObjectPropertiesTest, RenameMovesTheSubtreeWithoutCopying)
     EXPECT_EQ((std::vector<std::string>{"", "new", "new.x", "new.y", "new.y[0]", "new.y[1]", "other"}),
               walkKeys(object, p));
     EXPECT_EQ(renamed, object.renameChild(p, "new", "new"));
+
+    struct Case {
+        std::string message;
+        std::string failure;
+    };
+    const Case cases[] = {
+        {"No given name for the child to rename.", assertionOf([&] { object.renameChild(p, "", "c"); })},
+        {"The given child key, 'c.d' is invalid.", assertionOf([&] { object.renameChild(p, "new", "c.d"); })},
+        {"The given property is not an object having children.",
+         assertionOf([&] { object.renameChild(object.getProperty("v"), "a", "c"); })},
+        {"The given property has no child named 'z'.", assertionOf([&] { object.renameChild(p, "z", "c"); })},
+        {"The given property already has a child named 'other'",
+         assertionOf([&] { object.renameChild(p, "new", "other"); })},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(c.message, c.failure);
+    }
 }
 
 TEST_F(DynamicObjectPropertiesTest, RenameOntoALeftoverSplitNodeKeepsTheSiblingsHangingThere)
@@ -330,29 +349,6 @@ TEST_F(DynamicObjectPropertiesTest, RenameOntoALeftoverSplitNodeKeepsTheSiblings
     object.renameChild(root(), "q", "ab");
     EXPECT_EQ(3, object.getInt("ab.x"));
     EXPECT_EQ(2, object.getInt("ab-c"));
-}
-
-TEST_F(DynamicObjectPropertiesTest, RenameContract)
-{
-    object.setInt("p.a", 1);
-    object.setInt("p.b", 2);
-    object.setInt("v", 0);
-    const unsigned int p = object.getProperty("p");
-    struct Case {
-        std::string message;
-        std::string failure;
-    };
-    const Case cases[] = {
-        {"No given name for the child to rename.", assertionOf([&] { object.renameChild(p, "", "c"); })},
-        {"The given child key, 'c.d' is invalid.", assertionOf([&] { object.renameChild(p, "a", "c.d"); })},
-        {"The given property is not an object having children.",
-         assertionOf([&] { object.renameChild(object.getProperty("v"), "a", "c"); })},
-        {"The given property has no child named 'z'.", assertionOf([&] { object.renameChild(p, "z", "c"); })},
-        {"The given property already has a child named 'b'", assertionOf([&] { object.renameChild(p, "a", "b"); })},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(c.message, c.failure);
-    }
 }
 
 TEST_F(DynamicObjectPropertiesTest, ResetPropertyEndsWithASiblingThatExtendsTheNameBelowDot)
@@ -417,14 +413,12 @@ TEST_F(DynamicObjectPropertiesTest, ValuesThroughDynamicValue)
     object.setInt("n", 1);
     object.setValue("n", DynamicValue());
     DynamicValue value;
-    object.retrieveValue("i", value);
-    EXPECT_EQ(DynamicValue(3), value);
-    object.retrieveValue("r", value);
-    EXPECT_EQ(DynamicValue(1.5), value);
-    object.retrieveValue("s", value);
-    EXPECT_EQ(DynamicValue("te"), value);
-    object.retrieveValue("b", value);
-    EXPECT_EQ(DynamicValue(true), value);
+    const std::pair<const char*, DynamicValue> expected[] = {
+        {"i", DynamicValue(3)}, {"r", DynamicValue(1.5)}, {"s", DynamicValue("te")}, {"b", DynamicValue(true)}};
+    for (const auto& e : expected) {
+        object.retrieveValue(e.first, value);
+        EXPECT_EQ(e.second, value) << e.first;
+    }
     object.retrieveValue("n", value);
     EXPECT_EQ(type::null, value.getType());
     object.setInt("arr[0]", 1);

@@ -3,9 +3,10 @@
 // a map of nodes (read through DynamicObject::visitTrie), and the keys of a walk.
 
 #include <tov/utils/AbstractObjectBuilder.h>
-#include <tov/utils/Assertion.h>
 #include <tov/utils/DynamicObject.h>
 #include <tov/utils/DynamicObjectIterator.h>
+
+#include "support/AssertionGuard.h"
 
 #include <gtest/gtest.h>
 
@@ -18,16 +19,10 @@ namespace tov {
 namespace utils {
 namespace testing {
 
-class AssertionTest : public ::testing::Test {
+// The assertion fixture of every suite, with the message of the first assertion that a call fails, or ""
+// when none fails.
+class AssertionTest : public ::tov::testing::AssertionTest {
 protected:
-    void SetUp() override
-    {
-        previous = getAssertionFailedFunction();
-        setAssertionFailedFunction(throwOnAssertionFailed);
-    }
-    void TearDown() override { setAssertionFailedFunction(previous); }
-
-    // The message of the first assertion that the call fails, or "" when none fails.
     template <typename Call>
     static std::string assertionOf(Call call)
     {
@@ -38,9 +33,6 @@ protected:
         }
         return "";
     }
-
-private:
-    AssertionFailedFunction previous = nullptr;
 };
 
 // One node as the trie dump shows it.

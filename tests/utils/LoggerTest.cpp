@@ -12,7 +12,7 @@
 
 using namespace tov::utils;
 
-TEST(OstreamLogger, WritesEachLevelInItsLineFormat)
+TEST(OstreamLogger, WritesEachLevelInItsLineFormatAndNullStreamsSwitchLevelsOff)
 {
     std::ostringstream errors, warnings, infos, traces;
     OstreamLogger logger(&errors, &warnings, &infos, &traces);
@@ -25,16 +25,13 @@ TEST(OstreamLogger, WritesEachLevelInItsLineFormat)
     EXPECT_EQ("b.cpp(2): [info] i\n", infos.str());
     EXPECT_EQ("c.cpp(3): [warning] w\n", warnings.str());
     EXPECT_EQ("d.cpp(4): [corrupted file format] e\ne.cpp(5): [no error] none\n", errors.str());
-}
-
-TEST(OstreamLogger, NullStreamsSwitchLevelsOffButErrorsStillCount)
-{
-    OstreamLogger logger(nullptr, nullptr, nullptr, nullptr);
-    EXPECT_FALSE(logger.isLoggingWarning() || logger.isLoggingInfo() || logger.isLoggingTrace());
-    logger.logError(error::ioProblem, "f", 1, "lost");
-    EXPECT_TRUE(logger.hasErrors());
-    logger.resetErrors();
-    EXPECT_FALSE(logger.hasErrors());
+    // Null streams switch levels off, but errors still count.
+    OstreamLogger silent(nullptr, nullptr, nullptr, nullptr);
+    EXPECT_FALSE(silent.isLoggingWarning() || silent.isLoggingInfo() || silent.isLoggingTrace());
+    silent.logError(error::ioProblem, "f", 1, "lost");
+    EXPECT_TRUE(silent.hasErrors());
+    silent.resetErrors();
+    EXPECT_FALSE(silent.hasErrors());
 }
 
 TEST(OstreamLogger, LinesOfThreadsNeverInterleave)
@@ -132,14 +129,11 @@ TEST(ErrorType, ComparesByIdOnly)
 
 class Assertions : public tov::testing::AssertionTest {};
 
-TEST_F(Assertions, ThrowOnAssertionFailedCarriesTheMessage)
+TEST_F(Assertions, ThrowOnAssertionFailedAndAnAssertingLoggerCarryTheMessage)
 {
     EXPECT_ASSERTION(TOV_ASSERT(1 + 1 == 3, "sum is " << 2), "sum is 2");
     EXPECT_NO_THROW(TOV_ASSERT(true, "never composed"));
-}
-
-TEST_F(Assertions, AssertingLoggerTurnsAnErrorIntoAnAssertion)
-{
+    // An AssertingLogger turns an error into an assertion.
     AssertingLogger strict;
     EXPECT_FALSE(strict.isLoggingWarning() || strict.isLoggingInfo() || strict.isLoggingTrace());
     EXPECT_ASSERTION(strict.logError(error::invalidData, "f", 1, "broken"), "broken");

@@ -1,6 +1,7 @@
 #include <tov/allocator/Allocator.h>
 #include <tov/utils/BufferLogger.h>
 #include <tov/utils/DynamicObject.h>
+#include <tov/utils/DynamicValue.h>
 #include <tov/utils/Memory.h>
 #include <tov/utils/Property.h>
 #include <tov/utils/TypeManager.h>
@@ -13,8 +14,8 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 #include <sstream>
+#include <utility>
 
 using namespace tov::utils;
 using tov::testing::textsOf;
@@ -215,38 +216,25 @@ TEST_F(PropertyTest, DynamicObjectsAreCheckedAgainstRegisteredTypes)
     const Uuid& forager = sim::Forager::getClassTypeId();
     struct Row {
         const char* label;
-        std::function<void(DynamicObject&)> fill;
+        std::vector<std::pair<const char*, DynamicValue>> members;
         bool compatible;
     };
     const Row rows[] = {
-        {"empty object", [](DynamicObject&) {}, true},
-        {"matching members",
-         [](DynamicObject& o) {
-             o.setInt("speed", 2);
-             o.setReal("energy", 1.0);
-         },
-         true},
-        {"unknown members are ignored", [](DynamicObject& o) { o.setString("colour", "red"); }, true},
-        {"a string for a real", [](DynamicObject& o) { o.setString("speed", "fast"); }, false},
-        {"a member of the base", [](DynamicObject& o) { o.setBool("age", true); }, false},
-        {"nested match",
-         [](DynamicObject& o) {
-             o.setReal("heading.x", 1.0);
-             o.setInt("heading.z", 0);
-         },
-         true},
-        {"nested mismatch",
-         [](DynamicObject& o) {
-             o.setReal("heading.x", 1.0);
-             o.setString("heading.y", "up");
-         },
-         false},
-        {"a scalar has no members to conflict", [](DynamicObject& o) { o.setInt("heading", 3); }, true},
+        {"empty object", {}, true},
+        {"matching members", {{"speed", DynamicValue(2)}, {"energy", DynamicValue(1.0)}}, true},
+        {"unknown members are ignored", {{"colour", DynamicValue("red")}}, true},
+        {"a string for a real", {{"speed", DynamicValue("fast")}}, false},
+        {"a member of the base", {{"age", DynamicValue(true)}}, false},
+        {"nested match", {{"heading.x", DynamicValue(1.0)}, {"heading.z", DynamicValue(0)}}, true},
+        {"nested mismatch", {{"heading.x", DynamicValue(1.0)}, {"heading.y", DynamicValue("up")}}, false},
+        {"a scalar has no members to conflict", {{"heading", DynamicValue(3)}}, true},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.label);
         DynamicObject object;
-        row.fill(object);
+        for (const auto& member : row.members) {
+            object.setValue(member.first, member.second);
+        }
         EXPECT_EQ(row.compatible, object.isTypeCompatible(object.getRoot(), forager, types));
     }
 

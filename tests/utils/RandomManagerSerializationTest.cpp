@@ -78,7 +78,7 @@ TEST(RandomSerialization, HandsOutExactlyTheTextInOneTrackedBuffer)
     EXPECT_EQ(blocks + 2, memory.getLiveBlocks());
 }
 
-TEST(RandomSerialization, ASavedStreamGoesOnWhereItStood)
+TEST(RandomSerialization, ASavedStreamGoesOnWhereItStoodAndASavedManagerGivesBackItsSeed)
 {
     for (int draws : {0, 1, 623, 624, 625, 5000}) {
         Random stream(42);
@@ -95,10 +95,6 @@ TEST(RandomSerialization, ASavedStreamGoesOnWhereItStood)
         }
         EXPECT_EQ(serialized(stream), serialized(restored));
     }
-}
-
-TEST(RandomSerialization, ASavedManagerGivesBackItsSeed)
-{
     RandomManager manager;
     manager.seed(0xDEADBEEF);
     const std::string text = serialized(manager);
@@ -107,75 +103,68 @@ TEST(RandomSerialization, ASavedManagerGivesBackItsSeed)
     EXPECT_EQ(0xDEADBEEFu, restored.getSeed());
 }
 
-TEST(RandomSerialization, RefusedStreamsLeaveTheTargetAlone)
+TEST(RandomSerialization, RefusedTextsLeaveTheStreamAndTheManagerAlone)
 {
     struct Case {
+        bool manager;
         std::string text;
         const char* message;
     };
     const Case cases[] = {
-        {"not a message", "Unable to deserialize a random stream: "},
-        {"random { seed: 3 }", "Unable to deserialize a random stream: random {\n  seed: 3\n}\n"},
-        {streamText("major: 0 minor: 4 patch: 1", "random { seed: 3 count: 1 }"),
+        {false, "not a message", "Unable to deserialize a random stream: "},
+        {false, "random { seed: 3 }", "Unable to deserialize a random stream: random {\n  seed: 3\n}\n"},
+        {false, streamText("major: 0 minor: 4 patch: 1", "random { seed: 3 count: 1 }"),
          "Error while deserializing random: The file originates from a version, v0.4.1, that is not compatible "
          "with the current version, v0.4.0."},
-        {streamText("major: 1 minor: 4 patch: 0", ""),
+        {false, streamText("major: 1 minor: 4 patch: 0", ""),
          "Error while deserializing random: The file originates from a version, v1.4.0, that is not compatible "
          "with the current version, v0.4.0."},
-        {streamText(current, ""), "Error while deserializing random: expected field random not found"},
-        {streamText(current, "random { }"), "Error while deserializing random: expected field seed not found"},
-        {streamText(current, "random { count: 3 }"), "Error while deserializing random: expected field seed not found"},
-        {streamText(current, "random { seed: 3 }"), "Error while deserializing random: expected field count not found"},
-        {streamText(current, "randomManager { seed: 3 }"), "Unable to deserialize a random stream: version {\n"
-                                                           "  major: 0\n  minor: 4\n  patch: 0\n}\n"},
+        {false, streamText(current, ""), "Error while deserializing random: expected field random not found"},
+        {false, streamText(current, "random { }"), "Error while deserializing random: expected field seed not found"},
+        {false, streamText(current, "random { count: 3 }"),
+         "Error while deserializing random: expected field seed not found"},
+        {false, streamText(current, "random { seed: 3 }"),
+         "Error while deserializing random: expected field count not found"},
+        {false, streamText(current, "randomManager { seed: 3 }"),
+         "Unable to deserialize a random stream: version {\n"
+         "  major: 0\n  minor: 4\n  patch: 0\n}\n"},
         // Restoring steps whole rounds from the seed: a count this far would keep the caller busy for
         // ages, and the largest ones do not fit the signed count at all.
-        {streamText(current, "random { seed: 3 count: 1099511627777 }"),
+        {false, streamText(current, "random { seed: 3 count: 1099511627777 }"),
          "Error while deserializing random: count 1099511627777 is beyond the largest that can be restored, "
          "1099511627776."},
-        {streamText(current, "random { seed: 3 count: 18446744073709551615 }"),
+        {false, streamText(current, "random { seed: 3 count: 18446744073709551615 }"),
          "Error while deserializing random: count 18446744073709551615 is beyond the largest that can be "
          "restored, 1099511627776."},
+        {true, "}", "Unable to deserialize a random manager: "},
+        {true, streamText("major: 0 minor: 3 patch: 0", "randomManager { seed: 1 }"),
+         "Error while deserializing random manager: The file originates from a version, v0.3.0, that is not "
+         "compatible with the current version, v0.4.0."},
+        {true, streamText(current, ""),
+         "Error while deserializing random manager: expected field randomManager not found"},
+        {true, streamText(current, "randomManager { }"),
+         "Error while deserializing random manager: expected field seed not found"},
     };
     for (const Case& c : cases) {
         Random target(5);
         target();
+        RandomManager manager;
+        manager.seed(9);
+        const auto read = [&](AbstractLogger* logger) {
+            const unsigned int size = static_cast<unsigned int>(c.text.size());
+            return c.manager ? deserializeRandomManager(c.text.data(), size, manager, logger)
+                             : deserializeRandom(c.text.data(), size, target, logger);
+        };
         BufferLogger log(true, true, true);
-        EXPECT_FALSE(deserializeRandom(c.text.data(), static_cast<unsigned int>(c.text.size()), target, &log));
+        EXPECT_FALSE(read(&log));
         ASSERT_EQ(1u, log.getMessages().size()) << c.text;
         EXPECT_EQ(c.message, std::string(log.getMessages()[0].message.c_str())) << c.text;
         EXPECT_TRUE(log.getMessages()[0].errorType == error::invalidData);
-        EXPECT_FALSE(deserializeRandom(c.text.data(), static_cast<unsigned int>(c.text.size()), target, nullptr));
+        EXPECT_FALSE(read(nullptr));
+        EXPECT_EQ(9u, manager.getSeed());
         Random untouched(5);
         untouched();
         EXPECT_EQ(untouched(), target()) << c.text;
-    }
-}
-
-TEST(RandomSerialization, RefusedManagersKeepTheirSeed)
-{
-    struct Case {
-        std::string text;
-        const char* message;
-    };
-    const Case cases[] = {
-        {"}", "Unable to deserialize a random manager: "},
-        {streamText("major: 0 minor: 3 patch: 0", "randomManager { seed: 1 }"),
-         "Error while deserializing random manager: The file originates from a version, v0.3.0, that is not "
-         "compatible with the current version, v0.4.0."},
-        {streamText(current, ""), "Error while deserializing random manager: expected field randomManager not found"},
-        {streamText(current, "randomManager { }"),
-         "Error while deserializing random manager: expected field seed not found"},
-    };
-    for (const Case& c : cases) {
-        RandomManager manager;
-        manager.seed(9);
-        BufferLogger log(true, true, true);
-        EXPECT_FALSE(deserializeRandomManager(c.text.data(), static_cast<unsigned int>(c.text.size()), manager, &log));
-        ASSERT_EQ(1u, log.getMessages().size()) << c.text;
-        EXPECT_EQ(c.message, std::string(log.getMessages()[0].message.c_str())) << c.text;
-        EXPECT_TRUE(log.getMessages()[0].errorType == error::invalidData);
-        EXPECT_EQ(9u, manager.getSeed());
     }
 }
 

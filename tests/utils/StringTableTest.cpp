@@ -126,7 +126,7 @@ TEST_F(StringTables, CopiesAreDeep)
     EXPECT_STREQ(nullptr, assigned.retrieve(hashOf("replaced", 3), nullptr));
 }
 
-TEST(StringTableMemory, AddingAKnownTextAllocatesNothing)
+TEST(StringTableMemory, AddingAKnownTextAllocatesNothingAndAClearedTableReusesItsStrings)
 {
     StringTable table(100);
     table.add("a fairly long text that would need a buffer of its own if it were copied", nullptr);
@@ -135,12 +135,7 @@ TEST(StringTableMemory, AddingAKnownTextAllocatesNothing)
         table.add("a fairly long text that would need a buffer of its own if it were copied", nullptr);
     }
     EXPECT_EQ(allocations, tov::allocator::Allocator::instance().getAllocationCount());
-}
-
-TEST(StringTableMemory, AClearedTableReusesItsStrings)
-{
-    StringTable table(100);
-    table.add("one", nullptr);
+    // A cleared table reuses its strings.
     table.add("two", nullptr);
     table.clear();
     const unsigned long long liveBlocks = tov::allocator::Allocator::instance().getLiveBlocks();

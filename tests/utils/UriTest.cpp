@@ -97,16 +97,19 @@ Uri fullUri()
 
 } // namespace
 
-TEST(Uri, StartsEmptyAndClearsBackToEmpty)
+TEST(Uri, StartsEmptyKeepsEachPartBehindItsOwnTerminatorAndClearsBackToEmpty)
 {
     Uri uri;
     EXPECT_TRUE(uri.empty());
     EXPECT_EQ("", textOf(uri));
-    EXPECT_EQ(0u, uri.computeStringLength());
     EXPECT_EQ(0u, uri.countPathSegments());
     EXPECT_STREQ("", uri.getPathSegment(0));
     EXPECT_EQ(4u, uri.getRawStringLength());
     EXPECT_FALSE(uri.hasScheme() || uri.hasPath() || uri.hasExtension() || uri.hasQuery() || uri.hasFragment());
+    const Uri parts = Uri::create("a:b/c.d?e#f");
+    ASSERT_EQ(11u, parts.getRawStringLength());
+    EXPECT_EQ(0, std::memcmp("a\0b\0c\0d\0e\0f", parts.getRawString(), 12));
+    EXPECT_FALSE(Uri::create("a").empty());
     Uri other = fullUri();
     uri.swap(other);
     EXPECT_EQ(fullUri(), uri);
@@ -162,16 +165,6 @@ TEST(Uri, SplitsTextIntoPartsAndWritesItBack)
     }
 }
 
-TEST(Uri, KeepsEachPartBehindItsOwnTerminator)
-{
-    const Uri uri = Uri::create("a:b/c.d?e#f");
-    ASSERT_EQ(11u, uri.getRawStringLength());
-    EXPECT_EQ(0, std::memcmp("a\0b\0c\0d\0e\0f", uri.getRawString(), 12));
-    EXPECT_EQ(11u, uri.computeStringLength());
-    EXPECT_FALSE(uri.empty());
-    EXPECT_FALSE(Uri::create("a").empty());
-}
-
 TEST(Uri, ReadsASchemeOnPastTheGivenLengthButNoFurther)
 {
     Uri uri;
@@ -210,6 +203,13 @@ TEST(Uri, RefusedTextsLeaveTheUriEmptyAndSayWhere)
         EXPECT_FALSE(uri.set(c.text, nullptr)) << c.text;
         EXPECT_TRUE(uri.empty()) << c.text;
     }
+    // The five-part set too stops at its first refusal and clears.
+    Uri uri = fullUri();
+    BufferLogger log(false, false, false);
+    EXPECT_FALSE(uri.set("tov", "a b", "e.x", "?", "#", &log));
+    EXPECT_TRUE(uri.empty());
+    ASSERT_EQ(1u, log.getMessages().size());
+    EXPECT_EQ("Unexpected character in the path segment definition: ' ' #0,1.", log.getMessages()[0].message);
 }
 
 TEST(Uri, RefusingPartSettersChangeNothing)
@@ -285,16 +285,6 @@ TEST(Uri, PartSettersReplaceTheirPartAndKeepTheOthers)
         EXPECT_EQ(c.segments != 0, uri.hasPath()) << c.written;
         EXPECT_EQ(c.written, textOf(Uri(uri)));
     }
-}
-
-TEST(Uri, FivePartSetStopsAtTheFirstRefusalAndClears)
-{
-    Uri uri = fullUri();
-    BufferLogger log(false, false, false);
-    EXPECT_FALSE(uri.set("tov", "a b", "e.x", "?", "#", &log));
-    EXPECT_TRUE(uri.empty());
-    ASSERT_EQ(1u, log.getMessages().size());
-    EXPECT_EQ("Unexpected character in the path segment definition: ' ' #0,1.", log.getMessages()[0].message);
 }
 
 TEST(Uri, SettersTakeTextsFromTheSameUri)
@@ -385,7 +375,7 @@ TEST(Uri, WrittenTextLosesALeadingSlashAndAnEmptyExtension)
     EXPECT_STREQ("b", Uri::create("a.b").getExtension());
 }
 
-TEST_F(UriAssertions, NullTextsAndMissingSegmentsBreakTheContract)
+TEST_F(UriAssertions, NullTextsMissingSegmentsAndUnparsedCreatesBreakTheContract)
 {
     Uri uri = fullUri();
     char* none = nullptr;
@@ -405,10 +395,7 @@ TEST_F(UriAssertions, NullTextsAndMissingSegmentsBreakTheContract)
     EXPECT_ASSERTION(uri.getPathSegment(2), "No 2th path segment.");
     EXPECT_ASSERTION(Uri().getPathSegment(1), "No 1th path segment.");
     EXPECT_EQ(fullUri(), uri);
-}
-
-TEST_F(UriAssertions, CreateAssertsOnATextThatDoesNotParse)
-{
+    // create asserts on a text that does not parse.
     EXPECT_ASSERTION(Uri::create("tov:a b"), "Unexpected character in the path segment definition: ' ' #0,1.");
     EXPECT_ASSERTION(Uri::create("tov", "a", "e.x", "", ""),
                      "Unexpected character in the extension definition: '.' #1.");

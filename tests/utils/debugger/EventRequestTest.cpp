@@ -63,6 +63,20 @@ private:
     char mark;
 };
 
+// A class's id, name, id as text and registered base.
+struct ClassRow {
+    const Uuid& id;
+    const char* name;
+    const char* idText;
+    const Uuid* base;
+};
+
+template <typename Class>
+ClassRow row(const char* idText, const Uuid* base)
+{
+    return {Class::getClassTypeId(), Class::getClassTypeName(), idText, base};
+}
+
 const Uri here = Uri::create("tov:agents/forager.behavior");
 const Uri elsewhere = Uri::create("tov:agents/scout.behavior");
 
@@ -70,43 +84,26 @@ const Uri elsewhere = Uri::create("tov:agents/scout.behavior");
 
 TEST(EventClasses, EachClassHasItsNameAndIdAndTheRegisteredBase)
 {
-    struct Row {
-        const Uuid& id;
-        const char* name;
-        const char* idText;
-        const Uuid* base;
-    };
-    const Row rows[] = {
-        {AbstractContext::getClassTypeId(), AbstractContext::getClassTypeName(), "2de10931-583e-4114-9c9b-349ff9368296",
-         nullptr},
-        {AbstractEventFilter::getClassTypeId(), AbstractEventFilter::getClassTypeName(),
-         "70cc68f4-f0b4-41ec-8eb8-a174cb0fd0dc", nullptr},
-        {AbstractEventRequest::getClassTypeId(), AbstractEventRequest::getClassTypeName(),
-         "0476292e-8d52-4235-bf07-db5be5ec9bf4", nullptr},
-        {EntitiesFilter::getClassTypeId(), EntitiesFilter::getClassTypeName(), "7466a2e4-e4e5-4b18-9716-d8232f781e42",
-         &AbstractEventFilter::getClassTypeId()},
-        {HitCountFilter::getClassTypeId(), HitCountFilter::getClassTypeName(), "6bd03c2e-d96f-4318-a68e-a359970c6ba3",
-         &AbstractEventFilter::getClassTypeId()},
-        {LocationFilter::getClassTypeId(), LocationFilter::getClassTypeName(), "060a160a-9175-42cf-8548-836663cb62bd",
-         &AbstractEventFilter::getClassTypeId()},
-        {BreakpointRequest::getClassTypeId(), BreakpointRequest::getClassTypeName(),
-         "33744771-c389-4914-96e8-cdca5c59cf82", &AbstractEventRequest::getClassTypeId()},
-        {EntityRegistrationRequest::getClassTypeId(), EntityRegistrationRequest::getClassTypeName(),
-         "7ff2390a-aa6f-4e1d-a28c-448238c5dcf6", &AbstractEventRequest::getClassTypeId()},
-        {EntityUnregistrationRequest::getClassTypeId(), EntityUnregistrationRequest::getClassTypeName(),
-         "5dbc9b70-fb5f-4c90-b5ea-16532faf4ecc", &AbstractEventRequest::getClassTypeId()},
-        {InitializationRequest::getClassTypeId(), InitializationRequest::getClassTypeName(),
-         "99d9780e-eb2b-487c-937a-1840077c0816", &AbstractEventRequest::getClassTypeId()},
-        {TargetDisconnectRequest::getClassTypeId(), TargetDisconnectRequest::getClassTypeName(),
-         "dc773989-1044-44d6-8993-3351b64dfd35", &AbstractEventRequest::getClassTypeId()},
-        {TargetSuspendRequest::getClassTypeId(), TargetSuspendRequest::getClassTypeName(),
-         "43672c42-c091-4bfb-a4fe-d3a38ea9b883", &AbstractEventRequest::getClassTypeId()},
-        {TerminationRequest::getClassTypeId(), TerminationRequest::getClassTypeName(),
-         "4f42d75e-1837-4822-9de2-610f70752899", &AbstractEventRequest::getClassTypeId()},
+    const Uuid* aFilter = &AbstractEventFilter::getClassTypeId();
+    const Uuid* aRequest = &AbstractEventRequest::getClassTypeId();
+    const ClassRow rows[] = {
+        row<AbstractContext>("2de10931-583e-4114-9c9b-349ff9368296", nullptr),
+        row<AbstractEventFilter>("70cc68f4-f0b4-41ec-8eb8-a174cb0fd0dc", nullptr),
+        row<AbstractEventRequest>("0476292e-8d52-4235-bf07-db5be5ec9bf4", nullptr),
+        row<EntitiesFilter>("7466a2e4-e4e5-4b18-9716-d8232f781e42", aFilter),
+        row<HitCountFilter>("6bd03c2e-d96f-4318-a68e-a359970c6ba3", aFilter),
+        row<LocationFilter>("060a160a-9175-42cf-8548-836663cb62bd", aFilter),
+        row<BreakpointRequest>("33744771-c389-4914-96e8-cdca5c59cf82", aRequest),
+        row<EntityRegistrationRequest>("7ff2390a-aa6f-4e1d-a28c-448238c5dcf6", aRequest),
+        row<EntityUnregistrationRequest>("5dbc9b70-fb5f-4c90-b5ea-16532faf4ecc", aRequest),
+        row<InitializationRequest>("99d9780e-eb2b-487c-937a-1840077c0816", aRequest),
+        row<TargetDisconnectRequest>("dc773989-1044-44d6-8993-3351b64dfd35", aRequest),
+        row<TargetSuspendRequest>("43672c42-c091-4bfb-a4fe-d3a38ea9b883", aRequest),
+        row<TerminationRequest>("4f42d75e-1837-4822-9de2-610f70752899", aRequest),
     };
     ASSERT_TRUE(initialize(nullptr));
     const TypeManager& types = Facilities::instance().getTypeManager();
-    for (const Row& row : rows) {
+    for (const ClassRow& row : rows) {
         SCOPED_TRACE(row.name);
         EXPECT_EQ(row.idText, idText(row.id));
         EXPECT_STREQ(row.name, types.getTypeName(row.id));
@@ -334,25 +331,14 @@ TEST(EventRequests, NotifyTellsEachListenerInOrderWithTheHandleAndTheEventData)
     EXPECT_TRUE(disconnection.notify());
     EXPECT_TRUE(suspension.notify(3));
     breakpoint.notify(3, here);
-    const std::vector<std::string> told = {"registration 11 3",
-                                           "registration 11 3",
-                                           "unregistration 12 3",
-                                           "unregistration 12 3",
-                                           "initialization 13",
-                                           "initialization 13",
-                                           "termination 14",
-                                           "termination 14",
-                                           "disconnection 15",
-                                           "disconnection 15",
-                                           "suspension 16 3",
-                                           "suspension 16 3",
-                                           "breakpoint 17 3 tov:agents/forager.behavior",
-                                           "breakpoint 17 3 tov:agents/forager.behavior"};
-    EXPECT_EQ(told, first.events());
-    std::vector<std::string> once;
-    for (size_t index = 0; index < told.size(); index += 2) {
-        once.push_back(told[index]);
+    // The first listener is told twice, the second once, of each request in order.
+    std::vector<std::string> told, once;
+    for (const char* event : {"registration 11 3", "unregistration 12 3", "initialization 13", "termination 14",
+                              "disconnection 15", "suspension 16 3", "breakpoint 17 3 tov:agents/forager.behavior"}) {
+        told.insert(told.end(), 2, event);
+        once.push_back(event);
     }
+    EXPECT_EQ(told, first.events());
     EXPECT_EQ(once, second.events());
 
     RecordingListener unknown;
