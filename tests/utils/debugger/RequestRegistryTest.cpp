@@ -4,9 +4,11 @@
 #include <tov/utils/debugger/BreakpointRequest.h>
 #include <tov/utils/debugger/BreakpointRequestVisitor.h>
 #include <tov/utils/debugger/EntityRegistrationRequest.h>
+#include <tov/utils/debugger/EntitiesFilter.h>
 #include <tov/utils/debugger/EntityRegistrationRequestVisitor.h>
 #include <tov/utils/debugger/HitCountFilter.h>
 #include <tov/utils/debugger/InitializationRequest.h>
+#include <tov/utils/debugger/LocationFilter.h>
 #include <tov/utils/debugger/RequestIterator.h>
 #include <tov/utils/debugger/RequestRegistry.h>
 #include <tov/utils/debugger/TargetDisconnectRequest.h>
@@ -19,6 +21,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <map>
+#include <memory>
 #include <thread>
 
 using namespace tov::utils;
@@ -150,6 +153,59 @@ TEST_F(RequestRegistryTest, TheEndOfTheRegistryTellsTerminationSubscribersOnceAn
     EXPECT_EQ((std::vector<std::string>{"termination 1", "termination 4"}), listener.events());
     EXPECT_EQ(2, destroyed);
     EXPECT_EQ(liveBlocks, memory.getLiveBlocks());
+}
+
+TEST_F(RequestRegistryTest, ALocationBreakpointPassesOverRefusingRequestsWithTheSameOutcomeAsVisitingEach)
+{
+    const Uri here = Uri::create("tov:agents/forager.behavior#seek");
+    const Uri there = Uri::create("tov:agents/forager.behavior#flee");
+    const unsigned int three[] = {3};
+    const auto filtersOfRow = [&](int row) -> std::vector<AbstractEventFilter*> {
+        switch (row) {
+        case 0: return {TOV_NEW LocationFilter(here), TOV_NEW HitCountFilter(2)};
+        case 1: return {TOV_NEW LocationFilter(there)};
+        case 2: return {TOV_NEW LocationFilter(here), TOV_NEW LocationFilter(there)}; // both must pass: never
+        case 3: return {TOV_NEW EntitiesFilter(three, 1), TOV_NEW LocationFilter(here)};
+        default: return {};
+        }
+    };
+    RequestRegistry registry;
+    RecordingListener direct;
+    std::vector<std::unique_ptr<BreakpointRequest>> alone; // the same requests, visited one by one
+    for (int row = 0; row < 5; ++row) {
+        std::vector<AbstractEventFilter*> filters = filtersOfRow(row);
+        AbstractEventListener* listeners[] = {&listener};
+        const unsigned int handle = registry.subscribe<BreakpointRequest>(listeners, 1, filters.data(),
+                                                                          static_cast<unsigned int>(filters.size()));
+        alone.push_back(std::make_unique<BreakpointRequest>(handle));
+        alone.back()->registerListener(direct);
+        for (AbstractEventFilter* filter : filtersOfRow(row)) {
+            ASSERT_TRUE(alone.back()->addFilter(filter));
+        }
+    }
+    for (unsigned int entity : {3u, 4u, 3u}) {
+        for (const Uri* at : {&here, &there}) {
+            Breakpoint throughRegistry(entity, *at);
+            registry.accept(throughRegistry);
+            Breakpoint oneByOne(entity, *at);
+            for (const auto& request : alone) {
+                request->accept(oneByOne);
+            }
+            EXPECT_EQ(oneByOne.isHit(), throughRegistry.isHit());
+        }
+    }
+    EXPECT_EQ(direct.events(), listener.events());
+    EXPECT_EQ(13u, listener.events().size());
+
+    // A subclass may visit otherwise: it is offered every request.
+    struct Counting : Breakpoint {
+        using Breakpoint::Breakpoint;
+        using Breakpoint::visit;
+        void visit(BreakpointRequest&) override { ++offered; }
+        int offered = 0;
+    } counting(4, there);
+    registry.accept(counting);
+    EXPECT_EQ(5, counting.offered);
 }
 
 TEST_F(RequestRegistryTest, AWalkStepsBackAfterAChangeInFrontAndPassesOverWhatItGaveOut)

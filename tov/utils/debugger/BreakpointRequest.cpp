@@ -1,6 +1,7 @@
 #include <tov/utils/debugger/BreakpointRequest.h>
 
 #include <tov/utils/Memory.h>
+#include <tov/utils/StringTable.h>
 #include <tov/utils/Uri.h>
 #include <tov/utils/debugger/AbstractEventListener.h>
 #include <tov/utils/debugger/AbstractEventRequestVisitor.h>
@@ -91,6 +92,10 @@ bool BreakpointRequest::addFilter(AbstractEventFilter* filter)
     }
     filters.push_back(filter);
     kinds.push_back(kindOf(*filter));
+    if (kinds.back() == locationKind && !hasLocation) {
+        hasLocation = true;
+        firstLocationDigest = digestOf(static_cast<const LocationFilter*>(filter)->getLocation());
+    }
     return true;
 }
 
@@ -119,6 +124,16 @@ Judgement BreakpointRequest::judge(unsigned int entity, const Uri& location) con
 bool BreakpointRequest::canHit(unsigned int entity, const Uri& location) const
 {
     return judge<PassJudgement>(entity, location).isValid();
+}
+
+bool BreakpointRequest::refusesLocation(unsigned long long locationDigest) const
+{
+    return hasLocation && locationDigest != firstLocationDigest;
+}
+
+unsigned long long BreakpointRequest::digestOf(const Uri& location)
+{
+    return StringTable::computeHash(location.getRawString(), location.getRawStringLength(), 0);
 }
 
 bool BreakpointRequest::isHit(unsigned int entity, const Uri& location) const

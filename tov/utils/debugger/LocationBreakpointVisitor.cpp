@@ -7,6 +7,8 @@
 #include <tov/utils/debugger/ExecutionController.h>
 #include <tov/utils/debugger/InspectionFramework.h>
 
+#include <typeinfo>
+
 namespace tov {
 namespace utils {
 namespace debugger {
@@ -35,6 +37,26 @@ void LocationBreakpointVisitor::visit(BreakpointRequest& request)
 bool LocationBreakpointVisitor::isHit() const
 {
     return hit;
+}
+
+const LocationBreakpointVisitor* LocationBreakpointVisitor::asExactly(const AbstractEventRequestVisitor& visitor)
+{
+    return typeid(visitor) == typeid(LocationBreakpointVisitor) ? static_cast<const LocationBreakpointVisitor*>(&visitor)
+                                                               : nullptr;
+}
+
+bool LocationBreakpointVisitor::passesOver(const AbstractEventRequest& request) const
+{
+    // The same object is the usual answer, and spares comparing the ids.
+    const Uuid& type = request.getTypeId();
+    if (&type != &BreakpointRequest::getClassTypeId() && type != BreakpointRequest::getClassTypeId()) {
+        return true;
+    }
+    const BreakpointRequest& breakpoint = static_cast<const BreakpointRequest&>(request);
+    if (!locationDigest.has_value()) {
+        locationDigest = BreakpointRequest::digestOf(*getLocation());
+    }
+    return breakpoint.refusesLocation(*locationDigest) || !breakpoint.canHit(getEntity(), *getLocation());
 }
 
 bool LocationBreakpointVisitor::fire(EngineDebuggerFacade& facade, unsigned int entity, const Uri& location)

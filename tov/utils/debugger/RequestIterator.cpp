@@ -2,6 +2,7 @@
 
 #include <tov/utils/ScopedMutex.h>
 #include <tov/utils/debugger/AbstractEventRequest.h>
+#include <tov/utils/debugger/LocationBreakpointVisitor.h>
 
 #include <algorithm>
 
@@ -22,10 +23,19 @@ AbstractEventRequest* RequestIterator::next()
     // The registry's lock alone: every change of `position` and `visited` from outside comes from the
     // registry with that lock held.
     ScopedMutex registryGuard(*registryMutex);
+    return nextHeld(nullptr);
+}
+
+AbstractEventRequest* RequestIterator::nextHeld(const LocationBreakpointVisitor* passingOver)
+{
     const size_t size = requests.size();
     while (position < size) {
         AbstractEventRequest* request = requests[position];
         ++position;
+        // Not marked as given: met again after a step back, it is passed over again, the same way.
+        if (passingOver != nullptr && passingOver->passesOver(*request)) {
+            continue;
+        }
         if (markVisited(request->getHandle())) {
             current = request;
             return request;
@@ -66,6 +76,11 @@ void RequestIterator::restart()
 
 bool RequestIterator::markVisited(unsigned int handle)
 {
+    // A walk meets the handles in ascending order unless the list changed under it.
+    if (visited.empty() || visited.back() < handle) {
+        visited.push_back(handle);
+        return true;
+    }
     const auto found = std::lower_bound(visited.begin(), visited.end(), handle);
     if (found != visited.end() && *found == handle) {
         return false;

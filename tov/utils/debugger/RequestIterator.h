@@ -15,6 +15,7 @@ namespace utils {
 namespace debugger {
 
 class AbstractEventRequest;
+class LocationBreakpointVisitor;
 class RequestRegistry;
 
 class TOV_UTILS_API RequestIterator {
@@ -42,6 +43,9 @@ private:
     void onRequestAdded(unsigned int index);
     void onRequestRemove(unsigned int index);
     void stepBack(unsigned int index);
+    // next for a caller that holds the registry's lock already, passing over (without giving them) the
+    // requests that `passingOver`, unless null, would leave untouched.
+    AbstractEventRequest* nextHeld(const LocationBreakpointVisitor* passingOver);
     // Back to a walk that has given nothing yet, for the registry to walk again with the same iterator.
     void restart();
     // Whether `handle` is new to `visited`, which then holds it.

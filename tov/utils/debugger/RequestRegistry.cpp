@@ -5,6 +5,7 @@
 #include <tov/utils/TypeManager.h>
 #include <tov/utils/debugger/AbstractEventRequest.h>
 #include <tov/utils/debugger/InitializationRequest.h>
+#include <tov/utils/debugger/LocationBreakpointVisitor.h>
 #include <tov/utils/debugger/RequestIterator.h>
 #include <tov/utils/debugger/TerminationRequest.h>
 #include <tov/utils/debugger/TerminationRequestVisitor.h>
@@ -125,31 +126,41 @@ void RequestRegistry::unsubscribeAll()
 
 void RequestRegistry::accept(AbstractEventRequestVisitor& visitor)
 {
-    // Nobody subscribed, the usual case while nobody inspects: a walk would find nothing at its first
-    // look, so it is spared its allocation.
-    {
-        ScopedMutex guard(mutex);
-        if (requests.empty()) {
-            return;
-        }
-    }
-    RequestIterator* iterator = nullptr;
-    {
-        ScopedMutex guard(mutex);
-        if (!firingWalkInUse) {
-            firingWalkInUse = true;
-            firingWalk.restart();
-            iterator = &firingWalk;
-            iterators.push_back(iterator);
-        }
-    }
+    RequestIterator* iterator = takeFiringWalk();
+    // Nobody subscribed, the usual case while nobody inspects.
     if (iterator == nullptr) {
-        iterator = createIterator();
+        return;
     }
     IteratorGuard guard(*this, iterator);
-    while (AbstractEventRequest* request = iterator->next()) {
+    const LocationBreakpointVisitor* breakpoint = LocationBreakpointVisitor::asExactly(visitor);
+    while (AbstractEventRequest* request = nextToVisit(*iterator, breakpoint)) {
         request->accept(visitor);
     }
+}
+
+RequestIterator* RequestRegistry::takeFiringWalk()
+{
+    ScopedMutex guard(mutex);
+    if (requests.empty()) {
+        return nullptr;
+    }
+    if (firingWalkInUse) {
+        return createIterator();
+    }
+    firingWalkInUse = true;
+    firingWalk.restart();
+    iterators.push_back(&firingWalk);
+    return &firingWalk;
+}
+
+// A breakpoint fired at a location is offered to every breakpoint, and most refuse it on their filters
+// alone; those are passed over here, under the one lock of this step, instead of a step each outside it.
+// Passing over is what visiting them would have done, and as a longer hold of the lock it is a
+// schedule that the unlocked walk allows too.
+AbstractEventRequest* RequestRegistry::nextToVisit(RequestIterator& walk, const LocationBreakpointVisitor* breakpoint)
+{
+    ScopedMutex guard(mutex);
+    return walk.nextHeld(breakpoint);
 }
 
 RequestIterator* RequestRegistry::createIterator()

@@ -22,6 +22,8 @@ class AbstractEventFilter;
 class AbstractEventListener;
 class AbstractEventRequest;
 class AbstractEventRequestVisitor;
+class LocationBreakpointVisitor;
+
 class TOV_UTILS_API RequestRegistry {
 public:
     RequestRegistry();
@@ -60,6 +62,11 @@ private:
     // The caller holds `mutex`.
     void destroyRequest(AbstractEventRequest* request);
     bool isInHand(const AbstractEventRequest* request) const;
+    // The walk of a firing, or null when there is nothing to walk.
+    RequestIterator* takeFiringWalk();
+    // The walk's next request that `visitor` must be offered: with a location breakpoint, those whose
+    // filters refuse it are passed over.
+    AbstractEventRequest* nextToVisit(RequestIterator& walk, const LocationBreakpointVisitor* breakpoint);
     void destroyRetiredRequests();
 
     // Recursive because listeners call back.
