@@ -3,8 +3,8 @@
 #include <tov/utils/TypeManager.h>
 #include <tov/utils/debugger/BreakpointRequest.h>
 #include <tov/utils/debugger/BreakpointRequestVisitor.h>
-#include <tov/utils/debugger/EntityRegistrationRequest.h>
 #include <tov/utils/debugger/EntitiesFilter.h>
+#include <tov/utils/debugger/EntityRegistrationRequest.h>
 #include <tov/utils/debugger/EntityRegistrationRequestVisitor.h>
 #include <tov/utils/debugger/HitCountFilter.h>
 #include <tov/utils/debugger/InitializationRequest.h>
@@ -162,11 +162,16 @@ TEST_F(RequestRegistryTest, ALocationBreakpointPassesOverRefusingRequestsWithThe
     const unsigned int three[] = {3};
     const auto filtersOfRow = [&](int row) -> std::vector<AbstractEventFilter*> {
         switch (row) {
-        case 0: return {TOV_NEW LocationFilter(here), TOV_NEW HitCountFilter(2)};
-        case 1: return {TOV_NEW LocationFilter(there)};
-        case 2: return {TOV_NEW LocationFilter(here), TOV_NEW LocationFilter(there)}; // both must pass: never
-        case 3: return {TOV_NEW EntitiesFilter(three, 1), TOV_NEW LocationFilter(here)};
-        default: return {};
+        case 0:
+            return {TOV_NEW LocationFilter(here), TOV_NEW HitCountFilter(2)};
+        case 1:
+            return {TOV_NEW LocationFilter(there)};
+        case 2:
+            return {TOV_NEW LocationFilter(here), TOV_NEW LocationFilter(there)}; // both must pass: never
+        case 3:
+            return {TOV_NEW EntitiesFilter(three, 1), TOV_NEW LocationFilter(here)};
+        default:
+            return {};
         }
     };
     RequestRegistry registry;

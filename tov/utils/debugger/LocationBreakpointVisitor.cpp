@@ -41,8 +41,9 @@ bool LocationBreakpointVisitor::isHit() const
 
 const LocationBreakpointVisitor* LocationBreakpointVisitor::asExactly(const AbstractEventRequestVisitor& visitor)
 {
-    return typeid(visitor) == typeid(LocationBreakpointVisitor) ? static_cast<const LocationBreakpointVisitor*>(&visitor)
-                                                               : nullptr;
+    return typeid(visitor) == typeid(LocationBreakpointVisitor)
+               ? static_cast<const LocationBreakpointVisitor*>(&visitor)
+               : nullptr;
 }
 
 bool LocationBreakpointVisitor::passesOver(const AbstractEventRequest& request) const
