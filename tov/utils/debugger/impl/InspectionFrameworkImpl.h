@@ -129,6 +129,9 @@ private:
     // The key of the engine's path, computed without the string table, which simulation threads must not
     // touch unguarded; an engine that pushes frames need not be registered.
     unsigned long long computeEngineKey(const AbstractEngine& engine) const;
+    // The same key, for a caller that holds the state lock: a registered engine's is the key it is
+    // registered under (its path cannot change), which spares hashing the path on every push and pop.
+    unsigned long long findEngineKeyLocked(const AbstractEngine& engine) const;
     // The stack of a registered entity, or null with a message to `logger` (which may be null).
     [[nodiscard]] const Stack* findReportedStack(unsigned int entity, AbstractLogger* logger) const;
     // These two: the caller holds the state lock.

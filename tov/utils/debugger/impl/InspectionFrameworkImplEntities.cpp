@@ -72,6 +72,16 @@ unsigned long long InspectionFrameworkImpl::computeEngineKey(const AbstractEngin
                                     facilities->getStringTable().getSeed());
 }
 
+unsigned long long InspectionFrameworkImpl::findEngineKeyLocked(const AbstractEngine& engine) const
+{
+    for (const HashTable<AbstractEngine*>::Entry& entry : engines) {
+        if (entry.value == &engine) {
+            return entry.key;
+        }
+    }
+    return computeEngineKey(engine);
+}
+
 bool InspectionFrameworkImpl::isEntityRegistered(unsigned int entity) const
 {
     ScopedMutex state(stateLock);
@@ -217,10 +227,10 @@ void InspectionFrameworkImpl::pushContext(AbstractEngine& engine, unsigned int e
 
 bool InspectionFrameworkImpl::pushFrame(AbstractEngine& engine, unsigned int entity, AbstractContextFactory& factory)
 {
-    const unsigned long long key = computeEngineKey(engine);
     bool stop = false;
     {
         ScopedMutex state(stateLock);
+        const unsigned long long key = findEngineKeyLocked(engine);
         EntityTable::PushSlot slot = entities.findForPush(entity);
         TOV_ASSERT(slot.isRegistered(), "Entity '" << entity << "' is not registered on the debugger.");
         AbstractContext* context = factory.create();
@@ -243,10 +253,10 @@ AbstractContext* InspectionFrameworkImpl::popContext(AbstractEngine& engine, uns
 
 AbstractContext* InspectionFrameworkImpl::popFrame(AbstractEngine& engine, unsigned int entity, bool& stop)
 {
-    const unsigned long long key = computeEngineKey(engine);
     AbstractContext* popped = nullptr;
     {
         ScopedMutex state(stateLock);
+        const unsigned long long key = findEngineKeyLocked(engine);
         bool registered = false;
         Stack* stack = entities.findStack(entity, registered);
         TOV_ASSERT(registered, "Entity '" << entity << "' is not registered on the debugger.");
