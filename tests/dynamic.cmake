@@ -5,4 +5,5 @@ tov_add_test_suite(tov_dynamic_tests LAYER dynamic
   utils/DynamicValueTest.cpp
   utils/DynamicObjectDifferentialTest.cpp
   utils/DynamicObjectBuilderTest.cpp
-  utils/DynamicObjectPredicateTest.cpp)
+  utils/DynamicObjectPredicateTest.cpp
+  utils/details/ChildWalkTest.cpp)

@@ -132,6 +132,11 @@ void DynamicObject::clear()
     addRootProperty();
 }
 
+details::NodeTable DynamicObject::getNodeTable() const
+{
+    return details::NodeTable(blocks.data(), static_cast<unsigned int>(blocks.size()), nodeAllocator->getBlockSize());
+}
+
 void DynamicObject::reportBlockOutOfRange()
 {
     TOV_ASSERT(false, "Block index out of range");

@@ -10,6 +10,7 @@
 #include <tov/utils/DynamicType.h>
 #include <tov/utils/Export.h>
 #include <tov/utils/details/DynamicObjectNode.h>
+#include <tov/utils/details/NodeTable.h>
 
 namespace tov {
 namespace utils {
@@ -19,6 +20,10 @@ class DynamicValue;
 class StringTable;
 class TypeManager;
 class Uuid;
+
+namespace details {
+class ChildWalk;
+}
 
 class TOV_UTILS_API DynamicObject {
 public:
@@ -202,6 +207,7 @@ public:
 private:
     friend class DynamicObjectIterator;
     friend class DynamicObjectBuilder;
+    friend class details::ChildWalk;
 
     // For the builder, which has checked the kind of the container and the key: the element after the
     // last of an array (null, or an array of none) in one step where resize and getChild take several;
@@ -222,6 +228,8 @@ private:
     // take one step per node.
     details::DynamicObjectNode* nodeAt(unsigned int handle) const;
     static void reportBlockOutOfRange();
+    // nodeAt for the loops that hold the table in a local: valid while no node is added.
+    details::NodeTable getNodeTable() const;
     details::DynamicObjectNode* allocateNode(char splitChar, unsigned int& handle);
     details::DynamicObjectNode* allocateValueNode(unsigned int& handle);
     void deallocateNode(details::DynamicObjectNode* node, unsigned int handle);

@@ -1,0 +1,151 @@
+#include <tov/utils/details/ChildWalk.h>
+
+#include <tov/utils/Assertion.h>
+#include <tov/utils/DynamicObject.h>
+#include <tov/utils/impl/DynamicObjectNodes.h>
+
+#include <climits>
+
+namespace tov {
+namespace utils {
+namespace details {
+
+using impl::isSeparator;
+
+ChildWalk::ChildWalk(const DynamicObject& object, unsigned int property, Room& room)
+    : object(object), nodes(object.getNodeTable()), room(room),
+      frameBase(static_cast<unsigned int>(room.frames.size())), keyBase(static_cast<unsigned int>(room.key.size())),
+      startProperty(0), startValue(0), property(0), started(false), ended(false)
+{
+    object.findValueNode(property == 0 ? object.getRoot() : property, "", 0, startProperty, startValue);
+    ended = startProperty == 0;
+}
+
+ChildWalk::~ChildWalk()
+{
+    room.frames.erase(room.frames.begin() + frameBase, room.frames.end());
+    room.key.resize(keyBase);
+}
+
+// The steps are those of DynamicObjectIterator::next at depth 0, where the depth never rises: a separator
+// below the first character is not descended from above, and climbing back out of one ends the walk.
+bool ChildWalk::next()
+{
+    if (ended) {
+        return false;
+    }
+    unsigned int current = started ? climb() : startProperty;
+    started = true;
+    const NodeTable table = nodes;
+    while (current != 0) {
+        const DynamicObjectNode* node = table.at(current);
+        if (node == nullptr) {
+            object.getNode(current); // reports the handle out of range
+            TOV_ASSERT(false, "unable to convert current to real trie node pointer");
+            break;
+        }
+        const DynamicObjectNode::Trie& links = node->trie;
+        room.frames.emplace_back(current, links);
+        if (links.isValue) {
+            return true;
+        }
+        if (links.less != 0) {
+            room.frames.back().afterLess = true;
+            current = links.less;
+        } else if (links.equal != 0 && links.equal != startValue &&
+                   (room.key.size() == keyBase || !isSeparator(links.splitChar))) {
+            current = descendEqual(room.frames.back());
+        } else {
+            current = links.greater != 0 ? goSideways(links.greater) : climb();
+        }
+    }
+    ended = true;
+    property = 0;
+    return false;
+}
+
+unsigned int ChildWalk::descendEqual(Frame& frame)
+{
+    // The last node to set `property` before a value node is its split node.
+    property = frame.handle;
+    room.key.push_back(static_cast<char>(frame.splitChar));
+    frame.afterLess = false;
+    frame.chainBelow = 0;
+    const NodeTable table = nodes;
+    unsigned int current = frame.equal;
+    DynamicObjectNode* node = table.at(current);
+    while (frame.chainBelow < USHRT_MAX) {
+        if (node == nullptr || node->trie.isValue || node->trie.less != 0 || node->trie.greater != 0 ||
+            node->trie.equal == 0 || node->trie.equal == startValue || isSeparator(node->trie.splitChar)) {
+            break;
+        }
+        property = current;
+        room.key.push_back(static_cast<char>(node->trie.splitChar));
+        ++frame.chainBelow;
+        const unsigned int below = node->trie.equal;
+        node = table.step(node, current, below);
+        current = below;
+    }
+    return current;
+}
+
+unsigned int ChildWalk::goSideways(unsigned int greater)
+{
+    // Coming back from `greater` only passes its node on the way up: the node need not wait for it.
+    room.frames.pop_back();
+    return greater;
+}
+
+unsigned int ChildWalk::climb()
+{
+    room.frames.pop_back();
+    while (room.frames.size() > frameBase) {
+        Frame& frame = room.frames.back();
+        if (frame.afterLess) {
+            // QUIRK(walk-depth-from-less-side): in from the `less` side, an `equal` link is taken
+            // without a test of the depth, as the iterator takes it.
+            if (frame.equal != 0 && frame.equal != startValue) {
+                return descendEqual(frame);
+            }
+        } else {
+            room.key.resize(room.key.size() - frame.chainBelow);
+            if (isSeparator(frame.splitChar)) {
+                return 0;
+            }
+            if (room.key.size() > keyBase) {
+                room.key.pop_back();
+            }
+        }
+        if (frame.greater != 0) {
+            return goSideways(frame.greater);
+        }
+        room.frames.pop_back();
+    }
+    return 0;
+}
+
+unsigned int ChildWalk::getProperty() const
+{
+    return property;
+}
+
+const char* ChildWalk::getKey() const
+{
+    if (room.key.size() == keyBase) {
+        return "";
+    }
+    return room.key.data() + keyBase + (room.key[keyBase] == '.' ? 1 : 0);
+}
+
+unsigned int ChildWalk::getKeyLength() const
+{
+    const unsigned int length = static_cast<unsigned int>(room.key.size()) - keyBase;
+    if (length == 0) {
+        return 0;
+    }
+    return length - 1 - (room.key[keyBase] == '.' ? 1 : 0);
+}
+
+} // namespace details
+} // namespace utils
+} // namespace tov

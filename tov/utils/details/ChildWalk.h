@@ -1,0 +1,90 @@
+#pragma once
+// ChildWalk: the children of a property, in the order and with the keys that a DynamicObjectIterator of
+// depth 0 gives after its start, its kept quirks included, for the writers that list every object's
+// members. It takes fewer steps per node: a frame remembers which link it waits on instead of finding it
+// again by comparing handles on the way up, a `greater` link is followed in place of its node, and the
+// walks of one document share their room, so that nested walks allocate nothing once it has grown.
+//   details::ChildWalk::Room room;
+//   for (details::ChildWalk member(object, property, room); member.next();) use(member.getKey(), member.getProperty());
+
+#include <tov/utils/Containers.h>
+#include <tov/utils/details/DynamicObjectNode.h>
+#include <tov/utils/details/NodeTable.h>
+
+namespace tov {
+namespace utils {
+
+class DynamicObject;
+
+namespace details {
+
+class ChildWalk {
+public:
+    // A node that the walk went down from, with the links that it needs on the way back up, so that
+    // climbing reads no node again.
+    struct Frame {
+        // Built in its place field by field: a frame put together aside and copied in as a whole makes
+        // the processor wait for the small writes to reach memory before the wide read (seen here as
+        // most of a walk's time).
+        Frame(unsigned int handle, const DynamicObjectNode::Trie& links)
+            : handle(handle), equal(links.equal), greater(links.greater), splitChar(links.splitChar), afterLess(false),
+              chainBelow(0)
+        {
+        }
+
+        unsigned int handle;
+        unsigned int equal;
+        unsigned int greater;
+        signed char splitChar;
+        // The link that the node waits on to come back: its `less` or its `equal` side.
+        bool afterLess;
+        // Below its `equal` link, the nodes that have no other link and are no separator: on the way up
+        // each of them only takes its character off the key, so they get no frame of their own.
+        unsigned short chainBelow;
+    };
+    // Frames and key characters of the walks in progress, innermost last: a walk started while another
+    // one stands on a child appends its own and gives them back when it ends.
+    struct Room {
+        Vector<Frame> frames;
+        Vector<char> key;
+    };
+
+    // `property` 0 stands for the root. A property without a value node has no children to give.
+    ChildWalk(const DynamicObject& object, unsigned int property, Room& room);
+    ~ChildWalk();
+    ChildWalk(const ChildWalk&) = delete;
+    ChildWalk& operator=(const ChildWalk&) = delete;
+
+    // Moves to the next child; false at the end.
+    bool next();
+    unsigned int getProperty() const;
+    // The child's name, terminated, and its length, as DynamicObjectIterator's getKey and getKeyLength
+    // give them. Valid until the next call of next, also while a nested walk runs.
+    const char* getKey() const;
+    unsigned int getKeyLength() const;
+
+private:
+    // Goes down the `equal` link of the innermost frame's node, and on down the chain of nodes below
+    // it, adding their characters to the key; the first node after the chain, to take next.
+    unsigned int descendEqual(Frame& frame);
+    // Leaves the innermost frame for its `greater` node, the one to take next.
+    unsigned int goSideways(unsigned int greater);
+    // Leaves the innermost frame, done with, for the first node above that has one to take next; 0 at
+    // the end of the walk.
+    unsigned int climb();
+
+    const DynamicObject& object;
+    const NodeTable nodes;
+    Room& room;
+    const unsigned int frameBase;
+    const unsigned int keyBase;
+    unsigned int startProperty;
+    unsigned int startValue;
+    unsigned int property;
+    bool started;
+    bool ended;
+};
+
+} // namespace details
+} // namespace utils
+} // namespace tov
