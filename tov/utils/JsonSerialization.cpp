@@ -7,6 +7,7 @@
 #include <tov/utils/JsonObjectBuilder.h>
 #include <tov/utils/Logging.h>
 #include <tov/utils/String.h>
+#include <tov/utils/StringTable.h>
 #include <tov/utils/details/ChildWalk.h>
 #include <tov/utils/impl/YajlAllocation.h>
 
@@ -29,8 +30,8 @@ namespace {
 // levels, and a walk over a deeper tree would only risk the stack of the thread that makes it.
 const unsigned int maximumJsonDepth = 128;
 
-bool serializeProperty(const DynamicObject& object, unsigned int property, AbstractObjectBuilder& builder,
-                       details::ChildWalk::Room& room);
+bool serializeValue(const DynamicObject& object, unsigned int property, const details::DynamicObjectNode* value,
+                    AbstractObjectBuilder& builder, details::ChildWalk::Room& room);
 
 bool serializeArray(const DynamicObject& object, unsigned int property, AbstractObjectBuilder& builder,
                     details::ChildWalk::Room& room)
@@ -50,7 +51,9 @@ bool serializeArray(const DynamicObject& object, unsigned int property, Abstract
     }
     object.getElements(property, elements, count);
     for (unsigned int index = 0; index < count; ++index) {
-        if (!builder.arrayChild() || !serializeProperty(object, elements[index], builder, room)) {
+        const unsigned int element = elements[index];
+        if (!builder.arrayChild() ||
+            !serializeValue(object, element, details::ChildWalk::findValueNode(object, element), builder, room)) {
             return false;
         }
     }
@@ -58,7 +61,7 @@ bool serializeArray(const DynamicObject& object, unsigned int property, Abstract
 }
 
 // Members come in the order of an iterator that stops at the direct children, which ChildWalk gives in
-// fewer steps; the walks of one document share their room.
+// fewer steps, with their value nodes; the walks of one document share their room.
 bool serializeObject(const DynamicObject& object, unsigned int property, AbstractObjectBuilder& builder,
                      details::ChildWalk::Room& room)
 {
@@ -67,30 +70,32 @@ bool serializeObject(const DynamicObject& object, unsigned int property, Abstrac
     }
     for (details::ChildWalk member(object, property, room); member.next();) {
         if (!builder.objectChild(member.getKey(), member.getKeyLength()) ||
-            !serializeProperty(object, member.getProperty(), builder, room)) {
+            !serializeValue(object, member.getProperty(), &member.getValueNode(), builder, room)) {
             return false;
         }
     }
     return builder.endObject();
 }
 
-bool serializeProperty(const DynamicObject& object, unsigned int property, AbstractObjectBuilder& builder,
-                       details::ChildWalk::Room& room)
+// Reads the value node as the getters read a value of its own kind (see DynamicObjectNode::Leaf); a
+// property without one is null, as getType has it.
+bool serializeValue(const DynamicObject& object, unsigned int property, const details::DynamicObjectNode* value,
+                    AbstractObjectBuilder& builder, details::ChildWalk::Room& room)
 {
-    const type::Type kind = object.getType(property);
+    const type::Type kind = value != nullptr ? static_cast<type::Type>(value->leaf.type) : type::null;
     switch (kind) {
     case type::null:
         // QUIRK(empty-container-null): an object or array that never got a child, or lost its last one,
         // is null in the trie and written as null; readers of the JSON form know it.
         return builder.null();
     case type::integer:
-        return builder.integer(object.getInt(property));
+        return builder.integer(value->leaf.value.integer);
     case type::real:
-        return builder.real(object.getReal(property));
+        return builder.real(value->leaf.value.real);
     case type::boolean:
-        return builder.boolean(object.getBool(property));
+        return builder.boolean(value->leaf.value.bits == 0);
     case type::string: {
-        const char* text = object.getString(property);
+        const char* text = object.getStringTable().retrieve(value->leaf.value.bits, nullptr);
         return builder.string(text, static_cast<unsigned int>(std::strlen(text)));
     }
     case type::array:
@@ -255,7 +260,10 @@ int onEndArray(void* context)
 bool serializeDynamicObject(const DynamicObject& object, AbstractObjectBuilder& builder)
 {
     details::ChildWalk::Room room;
-    return builder.begin() && serializeProperty(object, object.getRoot(), builder, room) && builder.end();
+    const unsigned int root = object.getRoot();
+    return builder.begin() &&
+           serializeValue(object, root, details::ChildWalk::findValueNode(object, root), builder, room) &&
+           builder.end();
 }
 
 bool serializeDynamicObjectToJson(const DynamicObject& object, AbstractDataInputOutput& stream, AbstractLogger* logger)

@@ -47,6 +47,7 @@ bool ChildWalk::next()
         const DynamicObjectNode::Trie& links = node->trie;
         room.frames.emplace_back(current, links);
         if (links.isValue) {
+            value = node;
             return true;
         }
         if (links.less != 0) {
@@ -73,7 +74,7 @@ unsigned int ChildWalk::descendEqual(Frame& frame)
     frame.chainBelow = 0;
     const NodeTable table = nodes;
     unsigned int current = frame.equal;
-    DynamicObjectNode* node = table.at(current);
+    const DynamicObjectNode* node = table.at(current);
     while (frame.chainBelow < USHRT_MAX) {
         if (node == nullptr || node->trie.isValue || node->trie.less != 0 || node->trie.greater != 0 ||
             node->trie.equal == 0 || node->trie.equal == startValue || isSeparator(node->trie.splitChar)) {
@@ -127,6 +128,16 @@ unsigned int ChildWalk::climb()
 unsigned int ChildWalk::getProperty() const
 {
     return property;
+}
+
+const DynamicObjectNode& ChildWalk::getValueNode() const
+{
+    return *value;
+}
+
+const DynamicObjectNode* ChildWalk::findValueNode(const DynamicObject& object, unsigned int property)
+{
+    return object.findValueNode(property);
 }
 
 const char* ChildWalk::getKey() const

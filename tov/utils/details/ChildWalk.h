@@ -58,6 +58,10 @@ public:
     // Moves to the next child; false at the end.
     bool next();
     unsigned int getProperty() const;
+    // The value node of the child, so that a writer need not look for it again.
+    const DynamicObjectNode& getValueNode() const;
+    // The value node of any property as the getters find it; null when it has none.
+    static const DynamicObjectNode* findValueNode(const DynamicObject& object, unsigned int property);
     // The child's name, terminated, and its length, as DynamicObjectIterator's getKey and getKeyLength
     // give them. Valid until the next call of next, also while a nested walk runs.
     const char* getKey() const;
@@ -81,6 +85,7 @@ private:
     unsigned int startProperty;
     unsigned int startValue;
     unsigned int property;
+    const DynamicObjectNode* value;
     bool started;
     bool ended;
 };

@@ -30,7 +30,7 @@ public:
 
     // at(`to`) for a step from the node at `from`: a node in the same block is found from the one in
     // hand, sparing the read of the table on the way from node to node.
-    DynamicObjectNode* step(DynamicObjectNode* node, unsigned int from, unsigned int to) const
+    const DynamicObjectNode* step(const DynamicObjectNode* node, unsigned int from, unsigned int to) const
     {
         if (shift >= 0 && to != 0 && ((from - 1) ^ (to - 1)) >> shift == 0) {
             return node + (static_cast<int>(to) - static_cast<int>(from));
