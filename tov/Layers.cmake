@@ -22,7 +22,8 @@ set(TOV_LAYER_dynamic_USES foundation)
 set(TOV_LAYER_dynamic_CLASSES
   DynamicObject DynamicObjectArrays DynamicObjectBuilder DynamicObjectCompositePredicate DynamicObjectIterator
   DynamicObjectProperties DynamicObjectPropertyComparison DynamicObjectReader DynamicObjectValues DynamicType
-  DynamicValue details/ChildWalk details/DynamicObjectNode details/NodeTable impl/DynamicKey impl/DynamicObjectNodes impl/PathCursor)
+  DynamicValue details/ChildWalk details/DynamicObjectNode details/NodeTable details/PathCursor details/PathMemo impl/DynamicKey
+  impl/DynamicObjectNodes)
 
 # JSON (on yajl) and the protobuf text save format of dynamic objects.
 set(TOV_LAYER_serialization_USES dynamic foundation)

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include <climits>
 #include <cmath>
 #include <string>
@@ -50,6 +52,35 @@ TEST_F(DynamicObjectPropertiesTest, WellFormedPathsLandOnTheNamedProperty)
         EXPECT_NE(0u, property) << c.key;
         EXPECT_EQ(fresh.getProperty(c.foundAs), property) << c.key;
         EXPECT_EQ(property, fresh.addProperty(c.key)) << "a second time " << c.key;
+    }
+}
+
+// A path that begins as the last one did starts where that one ended; whatever frees, moves or renames
+// nodes in between must not leave it starting at a handle that now holds something else.
+TEST_F(DynamicObjectPropertiesTest, APathAfterAChangeOfShapeLandsWhereAFreshWalkLands)
+{
+    const auto changes = std::vector<std::function<void(DynamicObject&)>>{
+        [](DynamicObject& o) { ASSERT_TRUE(o.eraseChild(o.getRoot(), "a")); },
+        [](DynamicObject& o) { o.resetProperty("a"); },
+        [](DynamicObject& o) { o.setInt("a", 7); },
+        [](DynamicObject& o) { ASSERT_NE(0u, o.renameChild(o.getRoot(), "a", "w")); },
+        [](DynamicObject& o) { ASSERT_TRUE(o.eraseChild("a.l", 0u)); },
+        [](DynamicObject& o) { ASSERT_TRUE(o.resize("a.l", 1)); },
+        [](DynamicObject& o) { o.clear(); },
+    };
+    for (std::size_t change = 0; change < changes.size(); ++change) {
+        DynamicObject shaped;
+        shaped.setInt("a.l[1].b.c", 1);
+        shaped.setInt("a.l[2].b.c", 1);
+        shaped.setInt("a.l[2].b.d", 2); // the walk to "a.l[2].b" is kept
+        changes[change](shaped);
+        // Freed nodes are handed out again, for other paths.
+        shaped.setInt("x.y.z", 3);
+        shaped.setInt("x.l[0].y", 4);
+        const unsigned int added = shaped.addProperty("a.l[2].b.e");
+        EXPECT_EQ(shaped.getProperty("a.l[2].b.e"), added) << "change " << change;
+        EXPECT_EQ(type::integer, shaped.getType("x.y.z")) << "change " << change;
+        EXPECT_EQ(1u, shaped.countChildren("x.y")) << "change " << change;
     }
 }
 

@@ -132,6 +132,11 @@ void DynamicObject::clear()
     addRootProperty();
 }
 
+void DynamicObject::forgetPath()
+{
+    pathMemo.forget();
+}
+
 details::NodeTable DynamicObject::getNodeTable() const
 {
     return details::NodeTable(blocks.data(), static_cast<unsigned int>(blocks.size()), nodeAllocator->getBlockSize());
@@ -177,6 +182,7 @@ DynamicObjectNode* DynamicObject::allocateValueNode(unsigned int& handle)
 
 void DynamicObject::deallocateNode(DynamicObjectNode* node, unsigned int handle)
 {
+    forgetPath();
     // Dead nodes read as nonsense (a negative character, no value) should anything still look at them.
     std::memset(static_cast<void*>(node), 0xEF, sizeof(DynamicObjectNode));
     const unsigned int lastGiven =
@@ -515,6 +521,7 @@ unsigned int DynamicObject::getSeparator(unsigned int property) const
 
 void DynamicObject::doClear()
 {
+    forgetPath();
     for (DynamicObjectNode* block : blocks) {
         nodeAllocator->free(block);
     }

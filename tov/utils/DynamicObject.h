@@ -11,6 +11,7 @@
 #include <tov/utils/Export.h>
 #include <tov/utils/details/DynamicObjectNode.h>
 #include <tov/utils/details/NodeTable.h>
+#include <tov/utils/details/PathMemo.h>
 
 namespace tov {
 namespace utils {
@@ -23,7 +24,7 @@ class Uuid;
 
 namespace details {
 class ChildWalk;
-}
+} // namespace details
 
 class TOV_UTILS_API DynamicObject {
 public:
@@ -208,6 +209,7 @@ private:
     friend class DynamicObjectIterator;
     friend class DynamicObjectBuilder;
     friend class details::ChildWalk;
+    friend class details::PathMemo;
 
     // For the builder, which has checked the kind of the container and the key: the element after the
     // last of an array (null, or an array of none) in one step where resize and getChild take several;
@@ -265,6 +267,8 @@ private:
     unsigned int getSeparator(unsigned int property) const;
     bool recursiveVisitTrie(unsigned int handle, AbstractObjectBuilder& builder) const;
     void doClear();
+    // After anything that frees, moves or renames nodes: a path may then lead elsewhere.
+    void forgetPath();
     void doMemoryCopy(const DynamicObject& other);
     void doStreamCopy(const DynamicObject& other);
 
@@ -275,6 +279,7 @@ private:
     unsigned int root;
     unsigned int nextFreeSlot;
     unsigned int freeList;
+    details::PathMemo pathMemo;
 };
 
 inline details::DynamicObjectNode* DynamicObject::getNode(unsigned int handle) const

@@ -145,6 +145,8 @@ void DynamicObject::collectElements(unsigned int level, unsigned int index, unsi
 
 bool DynamicObject::eraseChild(unsigned int parent, unsigned int index)
 {
+    // Elements move between handles.
+    forgetPath();
     DynamicObjectNode* value = findValueNode(parent);
     TOV_ASSERT(value != nullptr, invalidPropertyMessage);
     if (value == nullptr) {

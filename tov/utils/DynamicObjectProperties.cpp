@@ -5,8 +5,9 @@
 #include <tov/utils/Assertion.h>
 #include <tov/utils/DynamicObjectIterator.h>
 #include <tov/utils/String.h>
+#include <tov/utils/details/PathCursor.h>
+#include <tov/utils/details/PathMemo.h>
 #include <tov/utils/impl/DynamicObjectNodes.h>
-#include <tov/utils/impl/PathCursor.h>
 
 namespace tov {
 namespace utils {
@@ -67,36 +68,53 @@ unsigned int DynamicObject::addProperty(const char* key, unsigned int length)
         return 0;
     }
     // Each part of the path is made as the cursor reaches it; the last one, left in the cursor's rest,
-    // is the property asked for.
-    impl::PathCursor cursor(key, length);
-    unsigned int current = root;
-    for (impl::PathCursor::Step step = cursor.next(true); current != 0; step = cursor.next(current == root)) {
-        if (step == impl::PathCursor::finished) {
+    // is the property asked for. A path that begins as the last one did starts where that one ended.
+    details::PathMemo::Walk walk(key, length, root);
+    pathMemo.resume(*this, walk);
+    details::PathCursor& cursor = walk.cursor;
+    unsigned int& current = walk.property;
+    details::PathCursor atLastPart = cursor;
+    for (details::PathCursor::Step step = cursor.next(current == root); current != 0;
+         step = cursor.next(current == root)) {
+        if (step == details::PathCursor::finished) {
             break;
         }
-        if (step == impl::PathCursor::name) {
+        const unsigned int from = current;
+        if (step == details::PathCursor::name) {
             // A part in the middle of a path becomes a child of what comes before it, which must then be
             // able to hold children: adding below a scalar or an array would count the child into the
             // value's bits and turn it into an object, leaving a count that no walk can bring back to 0.
             current = isTypeCompatible(current, type::object)
                           ? doAddChild(current, cursor.getPart(), cursor.getPartLength())
                           : 0;
-        } else if (step == impl::PathCursor::index && cursor.getIndex() < getMaximumArraySize() &&
+            walk.took(details::PathMemo::Part{from, type::object, 0});
+        } else if (step == details::PathCursor::index && cursor.getIndex() < getMaximumArraySize() &&
                    isTypeCompatible(current, type::array)) {
-            // An index beyond the largest array would reach the assertion of the array key.
-            if (cursor.getIndex() >= countChildren(current)) {
-                resize(current, cursor.getIndex() + 1);
+            // An index beyond the largest array would reach the assertion of the array key. The next
+            // element is made in one step, without a search for what was just made.
+            const unsigned int count = countChildren(current);
+            if (cursor.getIndex() == count) {
+                bool full = false;
+                unsigned int elementValue = 0;
+                current = appendElement(current, full, elementValue);
+            } else {
+                if (cursor.getIndex() > count) {
+                    resize(current, cursor.getIndex() + 1);
+                }
+                current = getChild(current, cursor.getIndex());
             }
-            current = getChild(current, cursor.getIndex());
+            walk.took(details::PathMemo::Part{from, type::array, cursor.getIndex()});
         } else {
             current = 0;
         }
+        atLastPart = cursor;
     }
     // QUIRK(malformed-path-keeps-parts): a path refused halfway gives 0 but keeps the parts it made
     // before; undoing them would need a second walk, and the answer 0 is what callers test.
     if (current == 0) {
         return 0;
     }
+    pathMemo.keep(walk, atLastPart);
     const unsigned int restLength = cursor.getRestLength();
     if (restLength <= 1 && (restLength == 0 || current != root)) {
         return current;
@@ -383,6 +401,7 @@ unsigned int DynamicObject::renameChild(unsigned int parent, const char* oldName
 unsigned int DynamicObject::renameChild(unsigned int parent, const char* oldName, unsigned int oldLength,
                                         const char* newName, unsigned int newLength)
 {
+    forgetPath();
     TOV_ASSERT(oldLength != 0, "No given name for the child to rename.");
     const bool validKey = newName != nullptr && checkKey(newName, newLength);
     TOV_ASSERT(validKey, "The given child key, '"

@@ -1,13 +1,13 @@
 #pragma once
 // PathCursor: walks the text of a property path ("a.b[3].c") one part at a time, for DynamicObject's
 // addProperty, which makes each part as it goes. Private to the library.
-//   impl::PathCursor cursor("a.b[3]", 6);
+//   details::PathCursor cursor("a.b[3]", 6);
 //   cursor.next(true);    // name: "a"        cursor.next(false);   // name: ".b"
 //   cursor.next(false);   // index: 3         cursor.next(false);   // finished, the rest is "]"
 
 namespace tov {
 namespace utils {
-namespace impl {
+namespace details {
 
 class PathCursor {
 public:
@@ -24,6 +24,13 @@ public:
     // of one character ends at ".": elsewhere the position of a part's first character is taken for
     // that of its separator.
     Step next(bool atRoot);
+
+    // The same cursor on another text that begins with the text read so far.
+    void moveTo(const char* otherPath, unsigned int otherLength);
+    // How much of the text has been read.
+    unsigned int getPosition() const;
+    const char* getPath() const;
+    unsigned int getLength() const;
 
     const char* getPart() const;
     unsigned int getPartLength() const;
@@ -46,6 +53,6 @@ private:
     bool insideBrackets;
 };
 
-} // namespace impl
+} // namespace details
 } // namespace utils
 } // namespace tov

@@ -1,4 +1,4 @@
-#include <tov/utils/impl/PathCursor.h>
+#include <tov/utils/details/PathCursor.h>
 
 #include <tov/utils/impl/DynamicObjectNodes.h>
 
@@ -6,7 +6,7 @@
 
 namespace tov {
 namespace utils {
-namespace impl {
+namespace details {
 
 PathCursor::PathCursor(const char* path, unsigned int length)
     : path(path), length(length), position(0), partStart(0), part(0), partLength(0), partIndex(0), insideBrackets(false)
@@ -43,7 +43,7 @@ PathCursor::Step PathCursor::next(bool atRoot)
             }
         } else if (c >= '0' && c <= '9') {
             // Saturated, so that a long run of digits cannot wrap around to a small index.
-            partIndex = std::min(partIndex * 10 + static_cast<unsigned int>(c - '0'), maximumArraySize);
+            partIndex = std::min(partIndex * 10 + static_cast<unsigned int>(c - '0'), impl::maximumArraySize);
         } else if (c == ']') {
             if (here > partStart + 1) {
                 insideBrackets = false;
@@ -63,6 +63,27 @@ PathCursor::Step PathCursor::endName(unsigned int end)
     partLength = end - partStart;
     partStart = end;
     return name;
+}
+
+void PathCursor::moveTo(const char* otherPath, unsigned int otherLength)
+{
+    path = otherPath;
+    length = otherLength;
+}
+
+unsigned int PathCursor::getPosition() const
+{
+    return position;
+}
+
+const char* PathCursor::getPath() const
+{
+    return path;
+}
+
+unsigned int PathCursor::getLength() const
+{
+    return length;
 }
 
 const char* PathCursor::getPart() const
@@ -90,6 +111,6 @@ unsigned int PathCursor::getRestLength() const
     return length - partStart;
 }
 
-} // namespace impl
+} // namespace details
 } // namespace utils
 } // namespace tov
