@@ -137,11 +137,6 @@ void DynamicObject::forgetPath()
     pathMemo.forget();
 }
 
-details::NodeTable DynamicObject::getNodeTable() const
-{
-    return details::NodeTable(blocks.data(), static_cast<unsigned int>(blocks.size()), nodeAllocator->getBlockSize());
-}
-
 void DynamicObject::reportBlockOutOfRange()
 {
     TOV_ASSERT(false, "Block index out of range");

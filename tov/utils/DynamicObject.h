@@ -230,8 +230,12 @@ private:
     // take one step per node.
     details::DynamicObjectNode* nodeAt(unsigned int handle) const;
     static void reportBlockOutOfRange();
-    // nodeAt for the loops that hold the table in a local: valid while no node is added.
-    details::NodeTable getNodeTable() const;
+    // What nodeAt reads, for the loops that hold it in a local: valid while no block is added.
+    details::NodeTable getNodeTable() const
+    {
+        return details::NodeTable(blocks.data(), static_cast<unsigned int>(blocks.size()),
+                                  nodeAllocator->getBlockSize());
+    }
     details::DynamicObjectNode* allocateNode(char splitChar, unsigned int& handle);
     details::DynamicObjectNode* allocateValueNode(unsigned int& handle);
     void deallocateNode(details::DynamicObjectNode* node, unsigned int handle);
@@ -293,19 +297,7 @@ inline details::DynamicObjectNode* DynamicObject::getNode(unsigned int handle) c
 
 inline details::DynamicObjectNode* DynamicObject::nodeAt(unsigned int handle) const
 {
-    // A block size that is a power of two, as the default 128 is, spares the division.
-    const unsigned int blockSize = nodeAllocator->getBlockSize();
-    const unsigned int index = handle - 1;
-    unsigned int block;
-    unsigned int slot;
-    if ((blockSize & (blockSize - 1)) == 0) {
-        block = index >> __builtin_ctz(blockSize);
-        slot = index & (blockSize - 1);
-    } else {
-        block = index / blockSize;
-        slot = index % blockSize;
-    }
-    return handle != 0 && block < blocks.size() ? blocks[block] + slot : nullptr;
+    return getNodeTable().at(handle);
 }
 
 } // namespace utils
