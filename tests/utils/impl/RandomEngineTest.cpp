@@ -199,14 +199,6 @@ Standard standardFrom(const std::vector<std::uint32_t>& words)
     return engine;
 }
 
-std::mt19937 standardMt32(const std::vector<std::uint32_t>& state)
-{
-    return standardFrom<std::mt19937>(state);
-}
-std::mt19937_64 standardMt64(const std::vector<std::uint64_t>& state)
-{
-    return standardFrom<std::mt19937_64>(toWords32(state));
-}
 
 // SFMT written for clarity: 128-bit lanes as four words, the first the lowest.
 class ReferenceSfmt {
@@ -449,7 +441,7 @@ Word sfmtWordAt(const RandomSeedVector& seed, unsigned long long index)
 TEST(RandomEngineExactness, SelfTestWordsMatchIndependentSources)
 {
     expectSelfTestWords<MT19937<Random_u32>, MixerSFMT>([](const RandomSeedVector& seed, unsigned long long index) {
-        return wordAt(standardMt32(referenceMixerSfmt(seed)), index);
+        return wordAt(standardFrom<std::mt19937>(referenceMixerSfmt(seed)), index);
     });
     // The 64-bit MT takes the mixed 32-bit words two by two, low first, as the standard engine's seed does.
     expectSelfTestWords<MT19937<Random_u64>, MixerSFMT>([](const RandomSeedVector& seed, unsigned long long index) {
@@ -462,12 +454,13 @@ TEST(RandomEngineExactness, SelfTestWordsMatchIndependentSources)
     EXPECT_EQ(782200760u, (RandomSelfTestValues<SFMT19937<Random_u32>, MixerSFMT>::second));
     auto mt32 = [](bool variant) {
         return [variant](const RandomSeedVector& seed, unsigned long long index) {
-            return wordAt(standardMt32(referenceMixerMt<std::uint32_t>(seed, variant)), index);
+            return wordAt(standardFrom<std::mt19937>(referenceMixerMt<std::uint32_t>(seed, variant)), index);
         };
     };
     auto mt64 = [](bool variant) {
         return [variant](const RandomSeedVector& seed, unsigned long long index) {
-            return wordAt(standardMt64(referenceMixerMt<std::uint64_t>(seed, variant)), index);
+            return wordAt(standardFrom<std::mt19937_64>(toWords32(referenceMixerMt<std::uint64_t>(seed, variant))),
+                          index);
         };
     };
     expectSelfTestWords<MT19937<Random_u32>, MixerMT0<Random_u32>>(mt32(false));
@@ -480,9 +473,9 @@ TEST(RandomEngineExactness, SeededStreamsFollowTheReferencesWordForWord)
 {
     const RandomSeedVector seeds[] = {{}, {42}, {1, 2, 3}, RandomSeedVector(700, 0xDEADBEEF)};
     for (const RandomSeedVector& seed : seeds) {
-        std::mt19937 mt32 = standardMt32(referenceMixerMt<std::uint32_t>(seed, true));
+        std::mt19937 mt32 = standardFrom<std::mt19937>(referenceMixerMt<std::uint32_t>(seed, true));
         MT32Mt1 engine32(seed);
-        std::mt19937_64 mt64 = standardMt64(referenceMixerMt<std::uint64_t>(seed, false));
+        std::mt19937_64 mt64 = standardFrom<std::mt19937_64>(toWords32(referenceMixerMt<std::uint64_t>(seed, false)));
         MT64Mt0 engine64(seed);
         ReferenceSfmt sfmt(seed);
         SFMT64 engineSfmt(seed);
@@ -497,7 +490,7 @@ TEST(RandomEngineExactness, SeededStreamsFollowTheReferencesWordForWord)
 
 // ---- positioning -----------------------------------------------------------------------------------
 
-TEST(RandomEnginePosition, CountsFromZeroAndStandsAtTheEndOfARound)
+TEST(RandomEnginePosition, CountsFromZeroStandsAtTheEndOfARoundAndReseedsStartOver)
 {
     SFMT32 plain(0u);
     EXPECT_EQ(0, plain.Count());
@@ -517,10 +510,8 @@ TEST(RandomEnginePosition, CountsFromZeroAndStandsAtTheEndOfARound)
     inside.StepCount(SFMT32::N);
     EXPECT_EQ(static_cast<std::int64_t>(SFMT32::N) + 5, inside.Count());
     EXPECT_EQ(words[SFMT32::N + 5], inside());
-}
 
-TEST(RandomEnginePosition, CopiesAndReseedsStartOver)
-{
+    // Copies carry the position and the stride; a reseed starts over with neither.
     MT64Mt1 engine(5u);
     engine.SetStride(4, 1);
     engine();
@@ -545,7 +536,7 @@ TEST(RandomEnginePosition, NormalisationNeverLeavesAnAllZeroMtState)
 
 // ---- save format -----------------------------------------------------------------------------------
 
-TEST(RandomEngineSave, WritesHexWordsEightToALineWithTheChecksumLast)
+TEST(RandomEngineSave, WritesHexWordsEightToALineWithTheChecksumLastAndLeavesTheStreamFormat)
 {
     SFMT32 engine(RandomSeedVector{0x2A, 0xFFFFFFFF, 3, 4, 5});
     const std::string text = save(engine, false);
@@ -562,10 +553,8 @@ TEST(RandomEngineSave, WritesHexWordsEightToALineWithTheChecksumLast)
     EXPECT_EQ(4u * words.size(), binary.size());
     EXPECT_EQ("RandLib0EnSMMxSM", binary.substr(0, 16));
     EXPECT_EQ(std::string("\0\0\0\x05\0\0\0\x2A", 8), binary.substr(16, 8));
-}
 
-TEST(RandomEngineSave, LeavesTheStreamFormatAsItWas)
-{
+    // The stream's own format is left as it was.
     std::ostringstream out;
     out << std::uppercase << std::showbase;
     SFMT32(1u).Save(out, false);
@@ -622,7 +611,7 @@ TEST_F(RandomEngineLoad, RefusesWhatSaveCannotHaveWritten)
     EXPECT_NO_THROW(load<MT32Mt0>(good, false));
 }
 
-TEST_F(RandomEngineLoad, RefusesAnAllZeroSfmtStateAndAWideSeedWord)
+TEST_F(RandomEngineLoad, RefusesAnAllZeroSfmtStateAWideSeedWordAndABadStrideOrOffset)
 {
     SFMT32 sfmt(3u);
     sfmt();
@@ -630,10 +619,7 @@ TEST_F(RandomEngineLoad, RefusesAnAllZeroSfmtStateAndAWideSeedWord)
     // Vector seeds of any width are taken; only a saved text can carry the wide word back.
     MT64Mt0 wide(RandomSeedVector{0x100000000ul});
     EXPECT_ASSERTION(load<MT64Mt0>(save(wide, false), false), (MT64Mt0::Name() + ": Illegal seed value").c_str());
-}
-
-TEST_F(RandomEngineLoad, StrideAndOffsetAreChecked)
-{
+    // SetStride checks as the load does.
     SFMT32 engine(1u);
     EXPECT_ASSERTION(engine.SetStride(0, 0), "RandomEngine: Invalid stride");
     EXPECT_ASSERTION(engine.SetStride(0x80000000u, 0), "RandomEngine: Invalid stride");
