@@ -187,26 +187,17 @@ TEST_F(DynamicObjectPropertiesTest, ReadersConvertNumbersAndAssertOnOtherKinds)
     object.setBool("t", false);
     EXPECT_FALSE(object.getBool("t"));
 
-    struct Case {
-        std::string message;
-        std::string failure;
-    };
-    const Case cases[] = {
-        {"Not an integer or a compatible type", assertionOf([&] { object.getInt("s"); })},
-        {"Not an integer or a compatible type", assertionOf([&] { object.getInt("t"); })},
-        {"Not an integer or a compatible type", assertionOf([&] { object.getInt("n"); })},
-        {"Not a real or a compatible type", assertionOf([&] { object.getReal("s"); })},
-        {"Not a boolean or a compatible type", assertionOf([&] { object.getBool("i"); })},
-        {"Not a string or a compatible type", assertionOf([&] { object.getStringHash("r"); })},
-        {"Not a string or a compatible type", assertionOf([&] { object.getString("n"); })},
-        {"Unable to find property for the key 'nope'", assertionOf([&] { object.getInt("nope"); })},
-        {"Unable to find property for the key 'no'", assertionOf([&] { object.getType("nope", 2); })},
-        {"Null string given as a key", assertionOf([&] { object.getReal(nullptr); })},
-        {"Invalid property", assertionOf([&] { object.countChildren(0u); })},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(c.message, c.failure);
-    }
+    EXPECT_EQ("Not an integer or a compatible type", assertionOf([&] { object.getInt("s"); }));
+    EXPECT_EQ("Not an integer or a compatible type", assertionOf([&] { object.getInt("t"); }));
+    EXPECT_EQ("Not an integer or a compatible type", assertionOf([&] { object.getInt("n"); }));
+    EXPECT_EQ("Not a real or a compatible type", assertionOf([&] { object.getReal("s"); }));
+    EXPECT_EQ("Not a boolean or a compatible type", assertionOf([&] { object.getBool("i"); }));
+    EXPECT_EQ("Not a string or a compatible type", assertionOf([&] { object.getStringHash("r"); }));
+    EXPECT_EQ("Not a string or a compatible type", assertionOf([&] { object.getString("n"); }));
+    EXPECT_EQ("Unable to find property for the key 'nope'", assertionOf([&] { object.getInt("nope"); }));
+    EXPECT_EQ("Unable to find property for the key 'no'", assertionOf([&] { object.getType("nope", 2); }));
+    EXPECT_EQ("Null string given as a key", assertionOf([&] { object.getReal(nullptr); }));
+    EXPECT_EQ("Invalid property", assertionOf([&] { object.countChildren(0u); }));
 }
 
 TEST_F(DynamicObjectPropertiesTest, KeyFormsWithALengthNeedNoTerminator)
@@ -347,22 +338,13 @@ TEST_F(DynamicObjectPropertiesTest, RenameMovesTheSubtreeWithoutCopyingAndChecks
               walkKeys(object, p));
     EXPECT_EQ(renamed, object.renameChild(p, "new", "new"));
 
-    struct Case {
-        std::string message;
-        std::string failure;
-    };
-    const Case cases[] = {
-        {"No given name for the child to rename.", assertionOf([&] { object.renameChild(p, "", "c"); })},
-        {"The given child key, 'c.d' is invalid.", assertionOf([&] { object.renameChild(p, "new", "c.d"); })},
-        {"The given property is not an object having children.",
-         assertionOf([&] { object.renameChild(object.getProperty("v"), "a", "c"); })},
-        {"The given property has no child named 'z'.", assertionOf([&] { object.renameChild(p, "z", "c"); })},
-        {"The given property already has a child named 'other'",
-         assertionOf([&] { object.renameChild(p, "new", "other"); })},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(c.message, c.failure);
-    }
+    EXPECT_EQ("No given name for the child to rename.", assertionOf([&] { object.renameChild(p, "", "c"); }));
+    EXPECT_EQ("The given child key, 'c.d' is invalid.", assertionOf([&] { object.renameChild(p, "new", "c.d"); }));
+    EXPECT_EQ("The given property is not an object having children.",
+              assertionOf([&] { object.renameChild(object.getProperty("v"), "a", "c"); }));
+    EXPECT_EQ("The given property has no child named 'z'.", assertionOf([&] { object.renameChild(p, "z", "c"); }));
+    EXPECT_EQ("The given property already has a child named 'other'",
+              assertionOf([&] { object.renameChild(p, "new", "other"); }));
 }
 
 TEST_F(DynamicObjectPropertiesTest, RenameOntoALeftoverSplitNodeKeepsTheSiblingsHangingThere)
