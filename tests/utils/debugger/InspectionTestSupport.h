@@ -125,6 +125,19 @@ protected:
         return *engines.back();
     }
 
+    // Starts the server on a free loopback port and gives that port; another process may take the port
+    // between the probe and the start, so a few ports are tried.
+    unsigned int startOnFreePort()
+    {
+        unsigned int port = 0;
+        bool started = false;
+        for (int attempt = 0; attempt < 5 && !started; ++attempt) {
+            started = framework().startHttp("127.0.0.1", port = findFreePort());
+        }
+        EXPECT_TRUE(started);
+        return port;
+    }
+
     LockedLogger log;
     std::vector<std::unique_ptr<ScriptedEngine>> engines;
 };
@@ -135,12 +148,7 @@ protected:
     void SetUp() override
     {
         InspectionTest::SetUp();
-        // Another process may take the port between the probe and the start.
-        bool started = false;
-        for (int attempt = 0; attempt < 5 && !started; ++attempt) {
-            port = findFreePort();
-            started = framework().startHttp("127.0.0.1", port);
-        }
+        port = startOnFreePort();
         ASSERT_TRUE(framework().isHttpStarted());
         log.clear();
     }

@@ -214,20 +214,16 @@ TEST_F(InspectionHttpTest, SuccessAnswers500WhileTheLoggerHoldsAnErrorAndTracesE
 
 TEST_F(InspectionTest, StartsOnceAndFailsOnATakenPortKeepingThatPort)
 {
-    unsigned int port = 0;
-    bool started = false;
-    for (int attempt = 0; attempt < 5 && !started; ++attempt) {
-        log.clear();
-        started = framework().startHttp("127.0.0.1", port = tov::testing::findFreePort());
-    }
+    const unsigned int port = startOnFreePort();
     ASSERT_TRUE(framework().isHttpStarted());
+    const std::string running = std::to_string(port);
+    EXPECT_EQ("i: Inspection HTTP server started on port " + running + ".", log.getMessages().back());
+    log.clear();
     EXPECT_FALSE(framework().startHttp("127.0.0.1", port + 1));
     EXPECT_EQ(port, framework().getHttpPort());
     framework().shutdownHttp();
     framework().shutdownHttp(); // nothing left to stop
-    const std::string running = std::to_string(port);
-    EXPECT_EQ(std::vector<std::string>({"i: Inspection HTTP server started on port " + running + ".",
-                                        "e: The inspection HTTP server is already running on port " + running + ".",
+    EXPECT_EQ(std::vector<std::string>({"e: The inspection HTTP server is already running on port " + running + ".",
                                         "i: Inspection HTTP server stopped."}),
               log.getMessages());
 
@@ -259,10 +255,7 @@ TEST_F(InspectionTest, StopAndStartCyclesServeEachTimeAndTerminateStopsTheLast)
     unsigned int port = 0;
     for (int cycle = 0; cycle < 4; ++cycle) {
         framework().shutdownHttp();
-        bool started = false;
-        for (int attempt = 0; attempt < 5 && !started; ++attempt) {
-            started = framework().startHttp("127.0.0.1", port = tov::testing::findFreePort());
-        }
+        port = startOnFreePort();
         ASSERT_TRUE(framework().isHttpStarted());
         const std::vector<HttpReply> answer =
             RawHttpClient::parseReplies(RawHttpClient::exchange(port, "GET /api/world HTTP/1.1\r\n\r\n"));
