@@ -12,7 +12,7 @@ using debugger::invalidEntity;
 
 TEST_F(DebuggerTest, EntitiesComeWithABottomFrameAndAnEventAndGoOnlyWithTheirFramesGone)
 {
-    RecordingListener registrations;
+    RecordingListener registrations(false);
     ASSERT_NE(0u, framework().subscribe<debugger::EntityRegistrationRequest>(registrations));
     ASSERT_NE(0u, framework().subscribe<debugger::EntityUnregistrationRequest>(registrations));
     registerEntities({0, 1, 2});
@@ -248,7 +248,7 @@ TEST_F(DebuggerTest, BreakpointsStopAtTheirLocationWithTheirFiltersAndQueueEvent
     ASSERT_EQ(200, remove("events/subscriptions"));
     const unsigned int one = 1;
     debugger::AbstractEventFilter* filters[] = {TOV_NEW debugger::EntitiesFilter(&one, 1)};
-    RecordingListener breakpoints;
+    RecordingListener breakpoints(false);
     ASSERT_NE(0u, framework().subscribe<debugger::BreakpointRequest>(breakpoints, filters, 1));
     simulation.run(0, {pass("tov:a")});
     EXPECT_TRUE(waitFor([this] { return simulation.finished == 2; }));
