@@ -376,15 +376,12 @@ TEST(RequestVisitors, EachVisitorActsOnRequestsOfItsOwnClassOnly)
     AbstractEventRequestVisitor* visitors[] = {&breakpoint,     &suspension,  &registration, &unregistration,
                                                &initialization, &termination, &disconnection};
 
-    BreakpointRequest r1(1);
-    TargetSuspendRequest r2(2);
-    EntityRegistrationRequest r3(3);
-    EntityUnregistrationRequest r4(4);
-    InitializationRequest r5(5);
-    TerminationRequest r6(6);
-    TargetDisconnectRequest r7(7);
-    AbstractEventRequest* requests[] = {&r1, &r2, &r3, &r4, &r5, &r6, &r7};
-    for (AbstractEventRequest* request : requests) {
+    std::unique_ptr<AbstractEventRequest> requests[] = {
+        std::make_unique<BreakpointRequest>(1),         std::make_unique<TargetSuspendRequest>(2),
+        std::make_unique<EntityRegistrationRequest>(3), std::make_unique<EntityUnregistrationRequest>(4),
+        std::make_unique<InitializationRequest>(5),     std::make_unique<TerminationRequest>(6),
+        std::make_unique<TargetDisconnectRequest>(7)};
+    for (auto& request : requests) {
         for (AbstractEventRequestVisitor* visitor : visitors) {
             request->accept(*visitor);
         }
