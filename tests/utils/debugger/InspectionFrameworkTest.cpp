@@ -1,3 +1,4 @@
+#include "utils/debugger/EventTestSupport.h"
 #include "utils/debugger/InspectionTestSupport.h"
 
 #include "support/AssertionGuard.h"
@@ -166,19 +167,7 @@ TEST_F(InspectionTest, HandsTheQueryAndTheDelimitedRestToTheEngine)
     EXPECT_EQ(std::vector<std::string>({"c /agents/2 {\"step\":3}", "d  "}), engine.getCalls());
 }
 
-class InspectionAssertionTest : public tov::testing::AssertionTest {
-protected:
-    void SetUp() override
-    {
-        AssertionTest::SetUp();
-        ASSERT_TRUE(tov::utils::initialize(nullptr));
-    }
-    void TearDown() override
-    {
-        tov::utils::terminate(nullptr);
-        AssertionTest::TearDown();
-    }
-};
+using InspectionAssertionTest = tov::testing::StartedLibrary;
 
 TEST_F(InspectionAssertionTest, NullPathsBreakTheContract)
 {

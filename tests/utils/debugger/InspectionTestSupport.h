@@ -24,6 +24,14 @@ namespace testing {
 
 namespace resources = utils::debugger::resources;
 
+// The head the server writes before a body of `length` bytes.
+inline std::string replyHead(const char* status, const char* type, std::size_t length)
+{
+    return std::string("HTTP/1.1 ") + status + "\r\nContent-Type: application/" + type +
+           "; charset=utf-8\r\nContent-Length: " + std::to_string(length) +
+           "\r\nConnection: close\r\nAccess-Control-Allow-Origin: *\r\n\r\n";
+}
+
 // Answers each operation with `status` and, for Ok, {"engine":<its path>,"rest":<the rest it got>}; keeps
 // every call as "<r|c|d> <rest> <query as JSON>".
 class ScriptedEngine : public utils::debugger::AbstractEngine {

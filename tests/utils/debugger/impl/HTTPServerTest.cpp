@@ -11,18 +11,12 @@ using tov::testing::HttpReply;
 using tov::testing::InspectionHttpTest;
 using tov::testing::InspectionTest;
 using tov::testing::RawHttpClient;
+using tov::testing::replyHead;
 using tov::testing::ScriptedEngine;
 using tov::utils::Facilities;
 namespace resources = tov::utils::debugger::resources;
 
 namespace {
-
-std::string head(const char* status, const char* type, std::size_t length)
-{
-    return std::string("HTTP/1.1 ") + status + "\r\nContent-Type: application/" + type +
-           "; charset=utf-8\r\nContent-Length: " + std::to_string(length) +
-           "\r\nConnection: close\r\nAccess-Control-Allow-Origin: *\r\n\r\n";
-}
 
 // Listens on a port of 127.0.0.1, or of every interface, for the life of the object.
 class PortHolder {
@@ -50,7 +44,8 @@ TEST_F(InspectionHttpTest, AnswersAResourceWithItsJsonBehindAnExactHead)
 {
     ScriptedEngine& world = addEngine("world");
     const std::string body = "{\"engine\":\"world\",\"rest\":\"/agents/3\"}";
-    EXPECT_EQ(head("200 OK", "json", body.size()) + body, exchange(request("GET", "/api/world/agents/3?step=2&x")));
+    EXPECT_EQ(replyHead("200 OK", "json", body.size()) + body,
+              exchange(request("GET", "/api/world/agents/3?step=2&x")));
     EXPECT_EQ(std::vector<std::string>{"r /agents/3 {\"step\":2,\"x\":true}"}, world.getCalls());
 }
 
@@ -58,7 +53,7 @@ TEST_F(InspectionHttpTest, MapsEachMethodToItsOperationAndRefusesTheOthers)
 {
     ScriptedEngine& world = addEngine("world");
     const std::string options = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\nAllow: GET,OPTIONS,POST,DELETE\r\n\r\n";
-    const std::string refused = head("400 Bad Request", "text", 0);
+    const std::string refused = replyHead("400 Bad Request", "text", 0);
     const std::pair<std::string, std::string> cases[] = {
         {request("OPTIONS", "/api/world/1?x=1"), options}, // on a good path, the only answer
         {request("PUT", "/api/world/1"), refused},         {request("PATCH", "/api/world/1"), refused},
@@ -167,7 +162,7 @@ TEST_F(InspectionHttpTest, PostOnEnginesSwitchesThemAndAnswersTwice)
 {
     ScriptedEngine& world = addEngine("world", false);
     ScriptedEngine& clock = addEngine("clock");
-    const std::string twice = head("200 OK", "json", 2) + "{}" + head("204 No Content", "json", 2) + "{}";
+    const std::string twice = replyHead("200 OK", "json", 2) + "{}" + replyHead("204 No Content", "json", 2) + "{}";
     struct Case {
         const char* target;
         const char* body;
