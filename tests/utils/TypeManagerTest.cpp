@@ -217,7 +217,7 @@ TEST_F(TypeManagerTest, PropertiesByNameTakeOwnFirstAndByIndexBasesFirst)
     EXPECT_FALSE(types.isPropertyRegistered(forager, "speedy"));
 }
 
-TEST_F(TypeManagerTest, GettersAssertOnWhatIsNotRegistered)
+TEST_F(TypeManagerTest, GettersAssertOnWhatIsNotRegisteredAndGoOnWithEmptyAnswersWhenAssertionsReturn)
 {
     const char* const unknownType = "No type having the id 00000000-0000-4000-8000-0000000000aa is registered.";
     EXPECT_ASSERTION(types.getTypeName(unknownId), unknownType);
@@ -229,10 +229,8 @@ TEST_F(TypeManagerTest, GettersAssertOnWhatIsNotRegistered)
                      "The type f31f94dc-07a5-462f-b055-7be3506a7b36 have no registered property named qr");
     EXPECT_ASSERTION(types.isPropertyRegistered(vector3Id, nullptr), "Invalid key");
     EXPECT_ASSERTION(types.getProperty(vector3Id, 3u), "Invalid property index");
-}
 
-TEST_F(TypeManagerTest, GettersGoOnWithEmptyAnswersWhenAssertionsReturn)
-{
+    // When the assertion function returns, the getters go on with empty answers.
     setAssertionFailedFunction([](const char*, unsigned int, const char*) {});
     EXPECT_STREQ("", types.getTypeName(unknownId));
     EXPECT_FALSE(types.getTypeId("sim::Nothing").isValid());
