@@ -172,7 +172,7 @@ TEST_F(DynamicObjectTrieTest, ZeroBytesNeverEnterTheTrie)
     EXPECT_EQ("The given child key, a", assertionOf([&] { object.addChild(object.getRoot(), withZero, 3); }));
 }
 
-TEST_F(DynamicObjectTrieTest, CopyKeepsHandlesButNotTheFreeList)
+TEST_F(DynamicObjectTrieTest, CopyKeepsHandlesButNotTheFreeListAndACopyFromARefSharesAllocatorAndTable)
 {
     DynamicObject source;
     source.setInt("ab", 1);
@@ -189,20 +189,17 @@ TEST_F(DynamicObjectTrieTest, CopyKeepsHandlesButNotTheFreeList)
     // The source reuses its freed nodes; the copy does not know them and takes fresh slots.
     EXPECT_EQ(7u, source.addProperty("ad"));
     EXPECT_EQ(12u, copy.addProperty("ad"));
-}
 
-TEST_F(DynamicObjectTrieTest, CopyFromARefSharesAllocatorAndTable)
-{
-    DynamicObject source;
+    // A copy from a Ref shares the allocator and the table, not the content.
     source.setInt("x", 4);
-    DynamicObject copy{DynamicObject::Ref(source)};
-    EXPECT_FALSE(copy.isOwningNodeAllocator());
-    EXPECT_FALSE(copy.isOwningStringTable());
-    EXPECT_EQ(&source.getNodeAllocator(), &copy.getNodeAllocator());
-    EXPECT_EQ(&source.getStringTable(), &copy.getStringTable());
-    copy.setInt("x", 5);
+    DynamicObject shared{DynamicObject::Ref(source)};
+    EXPECT_FALSE(shared.isOwningNodeAllocator());
+    EXPECT_FALSE(shared.isOwningStringTable());
+    EXPECT_EQ(&source.getNodeAllocator(), &shared.getNodeAllocator());
+    EXPECT_EQ(&source.getStringTable(), &shared.getStringTable());
+    shared.setInt("x", 5);
     EXPECT_EQ(4, source.getInt("x"));
-    EXPECT_EQ(5, copy.getInt("x"));
+    EXPECT_EQ(5, shared.getInt("x"));
 }
 
 // Fills an object far enough to span several small blocks, with a hole on the free list.

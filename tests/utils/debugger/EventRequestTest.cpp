@@ -244,7 +244,7 @@ TEST(BreakpointRequest, CanHitWeighsEntitiesAndLocationsAndIsHitAlsoTheHitCount)
     }
 }
 
-TEST(BreakpointRequest, AFiringVisitorCountsEveryCandidatePassAndTellsOnlyTheHits)
+TEST(EventRequests, AFiringVisitorCountsEveryCandidatePassAndASuspensionTellsOnlyItsListedEntities)
 {
     RecordingListener listener;
     BreakpointRequest request(5);
@@ -266,6 +266,18 @@ TEST(BreakpointRequest, AFiringVisitorCountsEveryCandidatePassAndTellsOnlyTheHit
                                         "breakpoint 5 4 tov:agents/forager.behavior"}),
               listener.events());
     EXPECT_EQ(5, static_cast<const HitCountFilter*>(request.getFilters()[0])->getHits());
+
+    // A suspension rejected by its entities filters tells nobody.
+    listener.clear();
+    TargetSuspendRequest suspension(2);
+    suspension.registerListener(listener);
+    const unsigned int six[] = {6};
+    ASSERT_TRUE(suspension.addFilter(TOV_NEW EntitiesFilter(four, 1)));
+    EXPECT_FALSE(suspension.notify(5));
+    EXPECT_TRUE(listener.events().empty());
+    ASSERT_TRUE(suspension.addFilter(TOV_NEW EntitiesFilter(six, 1)));
+    EXPECT_TRUE(suspension.notify(6));
+    EXPECT_EQ(std::vector<std::string>{"suspension 2 6"}, listener.events());
 }
 
 TEST(EventRequests, AddFilterTakesOwnershipAlsoWhenItRefuses)
@@ -346,21 +358,6 @@ TEST(EventRequests, NotifyTellsEachListenerInOrderWithTheHandleAndTheEventData)
     first.clear();
     registration.notify(8);
     EXPECT_EQ((std::vector<std::string>{"registration 11 8", "registration 11 8"}), first.events());
-}
-
-TEST(EventRequests, ASuspensionRejectedByItsEntitiesFiltersTellsNobody)
-{
-    RecordingListener listener;
-    TargetSuspendRequest suspension(2);
-    suspension.registerListener(listener);
-    const unsigned int four[] = {4};
-    const unsigned int six[] = {6};
-    ASSERT_TRUE(suspension.addFilter(TOV_NEW EntitiesFilter(four, 1)));
-    EXPECT_FALSE(suspension.notify(5));
-    EXPECT_TRUE(listener.events().empty());
-    ASSERT_TRUE(suspension.addFilter(TOV_NEW EntitiesFilter(six, 1)));
-    EXPECT_TRUE(suspension.notify(6));
-    EXPECT_EQ(std::vector<std::string>{"suspension 2 6"}, listener.events());
 }
 
 TEST(RequestVisitors, EachVisitorActsOnRequestsOfItsOwnClassOnly)
