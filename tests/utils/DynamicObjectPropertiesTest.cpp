@@ -356,7 +356,7 @@ TEST_F(DynamicObjectPropertiesTest, RenameOntoALeftoverSplitNodeKeepsTheSiblings
     EXPECT_EQ(2, object.getInt("ab-c"));
 }
 
-TEST_F(DynamicObjectPropertiesTest, ResetPropertyEndsWithASiblingThatExtendsTheNameBelowDot)
+TEST_F(DynamicObjectPropertiesTest, ResetPropertyFreesTheSubtreeKeepsThePropertyAndEndsWithASiblingExtendingTheName)
 {
     // The walk over "a" also meets the tail "-" of "a-", which is no child of "a": the reset passes over
     // it instead of looking for it forever.
@@ -376,6 +376,19 @@ TEST_F(DynamicObjectPropertiesTest, ResetPropertyEndsWithASiblingThatExtendsTheN
     EXPECT_FALSE(object.hasProperty("b.x"));
     EXPECT_EQ(4, object.getInt("b-"));
     EXPECT_TRUE(object.hasProperty("b"));
+
+    // The subtree is freed and the property kept as null.
+    object.setInt("keep", 1);
+    const std::size_t before = snapshotTrie(object, root()).size();
+    object.setInt("t.list[3].x", 1);
+    object.setString("t.name", "x");
+    object.resetProperty("t");
+    EXPECT_TRUE(object.hasProperty("t"));
+    EXPECT_EQ(type::null, object.getType("t"));
+    // What is left is "keep" and the chain, split and value of "t".
+    EXPECT_EQ(before + 3, snapshotTrie(object, root()).size());
+    object.resetProperty("missing");
+    object.resetProperty(0u);
 }
 
 TEST_F(DynamicObjectPropertiesTest, ResetPropertyEndsWhenAWalkCannotReachTheChildren)
@@ -392,21 +405,6 @@ TEST_F(DynamicObjectPropertiesTest, ResetPropertyEndsWhenAWalkCannotReachTheChil
     EXPECT_EQ((std::vector<std::string>{""}), walkKeys(object, 0));
     object.clear();
     EXPECT_FALSE(object.hasProperty("zz"));
-}
-
-TEST_F(DynamicObjectPropertiesTest, ResetPropertyFreesTheSubtreeAndKeepsTheProperty)
-{
-    object.setInt("keep", 1);
-    const std::size_t before = snapshotTrie(object, root()).size();
-    object.setInt("t.list[3].x", 1);
-    object.setString("t.name", "x");
-    object.resetProperty("t");
-    EXPECT_TRUE(object.hasProperty("t"));
-    EXPECT_EQ(type::null, object.getType("t"));
-    // What is left is "keep" and the chain, split and value of "t".
-    EXPECT_EQ(before + 3, snapshotTrie(object, root()).size());
-    object.resetProperty("missing");
-    object.resetProperty(0u);
 }
 
 TEST_F(DynamicObjectPropertiesTest, ValuesThroughDynamicValue)
