@@ -81,7 +81,7 @@ TEST_F(DynamicValueTest, Compatibility)
     }
 }
 
-TEST_F(DynamicValueTest, ComparisonHasNoConversion)
+TEST_F(DynamicValueTest, ComparisonHasNoConversionAndTheStreamFormsWriteTheValue)
 {
     EXPECT_TRUE(DynamicValue("a") == DynamicValue("a"));
     EXPECT_FALSE(DynamicValue() != DynamicValue());
@@ -91,10 +91,6 @@ TEST_F(DynamicValueTest, ComparisonHasNoConversion)
     EXPECT_FALSE(DynamicValue(true) == DynamicValue(false));
     EXPECT_FALSE(DynamicValue("a") == DynamicValue("a\0", 2));
     EXPECT_FALSE(DynamicValue() == DynamicValue(0));
-}
-
-TEST_F(DynamicValueTest, StreamForms)
-{
     std::ostringstream out;
     out << DynamicValue(-4) << ' ' << DynamicValue(0.5) << ' ' << DynamicValue("t x") << ' ' << DynamicValue(true)
         << ' ' << DynamicValue();

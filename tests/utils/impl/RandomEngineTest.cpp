@@ -387,14 +387,11 @@ void expectDefaultStandardEngine(typename Standard::result_type tenThousandth)
 
 } // namespace
 
-TEST(RandomEngineExactness, EmptySeedsGiveTheDefaultStandardEngines)
+TEST(RandomEngineExactness, EmptySeedsGiveTheDefaultStandardEnginesAndMixerMT0ThePublishedFirstWords)
 {
     expectDefaultStandardEngine<MT32Mt0, MT32Mt1, std::mt19937>(4123659995u);
     expectDefaultStandardEngine<MT64Mt0, MT64Mt1, std::mt19937_64>(9981545732273789042ull);
-}
-
-TEST(RandomEngineExactness, MixerMT0GivesThePublishedFirstWords)
-{
+    // MixerMT0 gives the published first words.
     MT32Mt0 engine32(RandomSeedVector{0x123, 0x234, 0x345, 0x456});
     EXPECT_EQ(1067595299u, engine32());
     EXPECT_EQ(955945823u, engine32());
@@ -524,10 +521,8 @@ TEST(RandomEnginePosition, CountsFromZeroStandsAtTheEndOfARoundAndReseedsStartOv
     EXPECT_EQ(1u, engine.GetStride());
     EXPECT_EQ(MT64Mt1(5u)(), engine());
     EXPECT_FALSE(engine == MT64Mt1(6u));
-}
 
-TEST(RandomEnginePosition, NormalisationNeverLeavesAnAllZeroMtState)
-{
+    // Normalisation never leaves an all-zero MT state.
     std::vector<std::uint32_t> state(624, 0);
     MT19937<Random_u32>::Normalize(state.data());
     EXPECT_EQ(0x80000000u, state[0]);
