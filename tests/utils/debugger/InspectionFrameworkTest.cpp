@@ -34,7 +34,7 @@ std::string route(const std::string& path)
 
 } // namespace
 
-TEST_F(InspectionTest, BelongsToTheFacilitiesAndStartsWithoutServer)
+TEST_F(InspectionTest, BelongsToTheFacilitiesStartsWithoutServerAndTakesAnEngineWithoutOverrides)
 {
     EXPECT_EQ(&Facilities::instance(), &framework().getFacilities());
     EXPECT_STREQ("default", framework().getName());
@@ -42,10 +42,8 @@ TEST_F(InspectionTest, BelongsToTheFacilitiesAndStartsWithoutServer)
     EXPECT_STREQ("forager world", framework().getName());
     EXPECT_FALSE(framework().isHttpStarted());
     EXPECT_EQ(8000u, framework().getHttpPort());
-}
 
-TEST_F(InspectionTest, AnEngineWithoutOverridesKnowsNoResourceAndSwitchesItsFlag)
-{
+    // An engine without overrides knows no resource and switches its flag.
     PlainEngine engine("plain");
     ASSERT_TRUE(framework().registerEngine(engine));
     tov::utils::MemoryInputOutput answer;
