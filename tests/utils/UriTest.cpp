@@ -118,7 +118,7 @@ TEST(Uri, StartsEmptyKeepsEachPartBehindItsOwnTerminatorAndClearsBackToEmpty)
     EXPECT_EQ(Uri(), uri);
 }
 
-TEST(Uri, SplitsTextIntoPartsAndWritesItBack)
+TEST(Uri, SplitsTextIntoPartsAndWritesItBackReadingASchemeOnPastTheGivenLengthOnly)
 {
     struct Case {
         const char* text;
@@ -163,10 +163,7 @@ TEST(Uri, SplitsTextIntoPartsAndWritesItBack)
         EXPECT_EQ(*c.query != '\0', uri.hasQuery()) << c.text;
         EXPECT_EQ(Uri::create(c.written), uri) << c.text;
     }
-}
-
-TEST(Uri, ReadsASchemeOnPastTheGivenLengthButNoFurther)
-{
+    // A scheme is read on past the given length, but no further.
     Uri uri;
     ASSERT_TRUE(uri.set("tov:abc", 5, nullptr));
     EXPECT_EQ("tov:a", textOf(uri));
