@@ -106,16 +106,10 @@ protected:
         if (name == "suspend") {
             return body.empty() ? debugger().suspend() : debugger().suspendEntity(1);
         }
-        if (name == "stepin") {
-            return debugger().stepIn();
-        }
-        if (name == "stepover") {
-            return debugger().stepOver();
-        }
-        if (name == "stepout") {
-            return debugger().stepOut();
-        }
-        return debugger().resume();
+        return name == "stepin"     ? debugger().stepIn()
+               : name == "stepover" ? debugger().stepOver()
+               : name == "stepout"  ? debugger().stepOut()
+                                    : debugger().resume();
     }
 };
 
