@@ -440,7 +440,7 @@ protected:
     DynamicObject source;
 };
 
-TEST_F(DynamicObjectCopyTest, PutMergesObjectsAndResizesArrays)
+TEST_F(DynamicObjectCopyTest, PutMergesObjectsAndResizesArraysByHandleOrByKeysAndANullSourceAddsNothing)
 {
     object.setInt("o.y", 2);
     object.setInt("o.x", 7);
@@ -457,10 +457,8 @@ TEST_F(DynamicObjectCopyTest, PutMergesObjectsAndResizesArrays)
     EXPECT_EQ(0.25, object.getReal("r"));
     // Strings go as text into the target's own table.
     EXPECT_NE(source.getString("o.name"), object.getString("o.name"));
-}
 
-TEST_F(DynamicObjectCopyTest, PutByKeysAndOfANullSource)
-{
+    // By keys, and of a null source, which changes nothing.
     object.put("copy", source, "o");
     EXPECT_EQ(1, object.getInt("copy.x"));
     object.put("whole", 5, source);

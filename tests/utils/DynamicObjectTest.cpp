@@ -159,7 +159,7 @@ TEST_F(DynamicObjectTrieTest, APropertyAddedAfterALongerSiblingHeadsItsLevel)
     EXPECT_FALSE(object.hasProperty("pos[1]"));
 }
 
-TEST_F(DynamicObjectTrieTest, ZeroBytesNeverEnterTheTrie)
+TEST_F(DynamicObjectTrieTest, ZeroBytesNeverEnterTheTrieAndOnlyLiveHandlesInTheBlocksAreProperties)
 {
     DynamicObject object;
     object.setInt("a", 5);
@@ -170,6 +170,17 @@ TEST_F(DynamicObjectTrieTest, ZeroBytesNeverEnterTheTrie)
     EXPECT_EQ(5, object.getInt("a"));
     // The message is cut at the zero byte.
     EXPECT_EQ("The given child key, a", assertionOf([&] { object.addChild(object.getRoot(), withZero, 3); }));
+
+    // A handle beyond the blocks asserts; a dead or a value handle is no property.
+    DynamicObject handles;
+    EXPECT_EQ("Block index out of range", assertionOf([&] { handles.getType(1000); }));
+    EXPECT_EQ(type::null, handles.getType(0u));
+    handles.setInt("ab", 7);
+    handles.setInt("ac", 8);
+    handles.eraseChild(handles.getRoot(), "ab");
+    EXPECT_EQ(type::null, handles.getType(6));  // the split node of "ab", now free
+    EXPECT_EQ(type::null, handles.getType(10)); // a value node
+    EXPECT_EQ("Invalid property", assertionOf([&] { handles.getInt(10); }));
 }
 
 TEST_F(DynamicObjectTrieTest, CopyKeepsHandlesButNotTheFreeListAndACopyFromARefSharesAllocatorAndTable)
@@ -318,19 +329,6 @@ TEST_F(DynamicObjectTrieTest, ScalarWritesAllocateNothingButNodes)
     object.setString(x, "speed");
     EXPECT_STREQ("speed", object.getString(x));
     EXPECT_EQ(count, allocator::Allocator::instance().getAllocationCount());
-}
-
-TEST_F(DynamicObjectTrieTest, AHandleBeyondTheBlocksAssertsAndADeadOrValueHandleIsNoProperty)
-{
-    DynamicObject object;
-    EXPECT_EQ("Block index out of range", assertionOf([&] { object.getType(1000); }));
-    EXPECT_EQ(type::null, object.getType(0u));
-    object.setInt("ab", 7);
-    object.setInt("ac", 8);
-    object.eraseChild(object.getRoot(), "ab");
-    EXPECT_EQ(type::null, object.getType(6));  // the split node of "ab", now free
-    EXPECT_EQ(type::null, object.getType(10)); // a value node
-    EXPECT_EQ("Invalid property", assertionOf([&] { object.getInt(10); }));
 }
 
 } // namespace
