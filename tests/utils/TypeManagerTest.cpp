@@ -97,7 +97,7 @@ TEST_F(TypeManagerTest, BaseTypesHaveTheirNamesIdsKindsAndPropertiesAndUnregiste
     EXPECT_FALSE(types.isTypeRegistered(dynamicObjectId));
 }
 
-TEST_F(TypeManagerTest, RegistrationConflictsAreRefusedAndRepeatsWarned)
+TEST_F(TypeManagerTest, RegistrationConflictsAreRefusedRepeatsWarnedAndAFailingBaseTypeRollsBack)
 {
     const Uuid other = Uuid::create("11111111-2222-4333-8444-555555555555");
     struct Row {
@@ -129,10 +129,9 @@ TEST_F(TypeManagerTest, RegistrationConflictsAreRefusedAndRepeatsWarned)
         EXPECT_FALSE(types.isTypeRegistered(other) || types.isTypeRegistered("sim::Position"));
         EXPECT_EQ(row.result, types.registerType(row.id, row.name, nullptr)); // silent without a logger
     }
-}
 
-TEST_F(TypeManagerTest, AFailingBaseTypeRollsBackTheOnesBeforeIt)
-{
+    // A failing base type rolls back the ones before it.
+    log.clear();
     TypeManager fresh;
     const Uuid hostFloat = Uuid::create("22222222-2222-4222-8222-222222222222");
     ASSERT_TRUE(fresh.registerType(hostFloat, "float", nullptr));
