@@ -1,19 +1,7 @@
 #include <tov/allocator/Allocator.h>
 #include <tov/utils/Facilities.h>
 #include <tov/utils/TypeManager.h>
-#include <tov/utils/debugger/BreakpointRequest.h>
-#include <tov/utils/debugger/BreakpointRequestVisitor.h>
-#include <tov/utils/debugger/EntitiesFilter.h>
-#include <tov/utils/debugger/EntityRegistrationRequest.h>
-#include <tov/utils/debugger/EntityRegistrationRequestVisitor.h>
-#include <tov/utils/debugger/HitCountFilter.h>
-#include <tov/utils/debugger/InitializationRequest.h>
-#include <tov/utils/debugger/LocationFilter.h>
-#include <tov/utils/debugger/RequestIterator.h>
-#include <tov/utils/debugger/RequestRegistry.h>
-#include <tov/utils/debugger/TargetDisconnectRequest.h>
-#include <tov/utils/debugger/TargetSuspendRequest.h>
-#include <tov/utils/debugger/TerminationRequest.h>
+#include <tov/utils/debugger/All.h>
 
 #include "utils/debugger/EventTestSupport.h"
 
