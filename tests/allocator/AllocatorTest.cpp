@@ -66,13 +66,6 @@ TEST(Allocator, ReallocateKeepsTheContentAndTheAccounts)
     EXPECT_EQ(liveBytes, service.getLiveBytes());
 }
 
-TEST(Allocator, BlocksAreAlignedForAnyType)
-{
-    void* block = Allocator::instance().allocate(3);
-    EXPECT_EQ(0u, reinterpret_cast<std::uintptr_t>(block) % alignof(std::max_align_t));
-    Allocator::instance().deallocate(block, 3);
-}
-
 TEST(Allocator, TrackedNewAndDeleteReleaseThroughABaseAtAnOffset)
 {
     const unsigned long long liveBlocks = Allocator::instance().getLiveBlocks();
@@ -85,7 +78,7 @@ TEST(Allocator, TrackedNewAndDeleteReleaseThroughABaseAtAnOffset)
     TOV_DELETE(static_cast<Counted*>(nullptr));
 }
 
-TEST(Allocator, TrackedArraysAreGivenBackExactlyWithoutTheirSize)
+TEST(Allocator, TrackedArraysAreGivenBackExactlyWithoutTheirSizeAndBlocksAreAlignedForAnyType)
 {
     const unsigned long long liveBytes = Allocator::instance().getLiveBytes();
     char* buffer = TOV_NEW_ARRAY(10);
@@ -94,6 +87,11 @@ TEST(Allocator, TrackedArraysAreGivenBackExactlyWithoutTheirSize)
     TOV_DELETE_ARRAY(buffer);
     TOV_DELETE_ARRAY(nullptr);
     EXPECT_EQ(liveBytes, Allocator::instance().getLiveBytes());
+
+    // Blocks are aligned for any type.
+    void* block = Allocator::instance().allocate(3);
+    EXPECT_EQ(0u, reinterpret_cast<std::uintptr_t>(block) % alignof(std::max_align_t));
+    Allocator::instance().deallocate(block, 3);
 }
 
 TEST(Allocator, StaysExactUnderConcurrentUse)

@@ -104,7 +104,7 @@ protected:
     DynamicObjectBuilder builder;
 };
 
-TEST_F(DynamicObjectBuilderTest, BuildsNestedObjectsAndArrays)
+TEST_F(DynamicObjectBuilderTest, BuildsNestedObjectsAndArraysAlsoBelowAChosenPropertyAndMergesIntoAnObject)
 {
     // {"name":"ship","pos":{"x":1.5,"y":-2},"tags":["a",true,null],"grid":[[1],[2]],"empty":{},"none":[]}
     ASSERT_TRUE(builder.begin());
@@ -150,10 +150,8 @@ TEST_F(DynamicObjectBuilderTest, BuildsNestedObjectsAndArrays)
     EXPECT_FALSE(builder.objectChild("x"));
     EXPECT_FALSE(builder.arrayChild());
     EXPECT_FALSE(builder.beginObject());
-}
 
-TEST_F(DynamicObjectBuilderTest, BuildsBelowAChosenPropertyAndMergesIntoAnObject)
-{
+    // A builder below a chosen property, and another one that merges into the root object.
     object.setInt("keep", 1);
     DynamicObjectBuilder below(object, object.addProperty("sub"));
     ASSERT_TRUE(below.beginObject() && below.objectChild("v") && below.integer(7) && below.endObject());

@@ -35,7 +35,7 @@ Keys checkedKeys(const DynamicObject& object)
     return keys;
 }
 
-TEST_F(DynamicObjectIteratorTest, AnEmptyObjectGivesItsRootOnly)
+TEST_F(DynamicObjectIteratorTest, AnEmptyObjectAScalarOrAMissingStartGiveTheStartOnlyOrNothing)
 {
     DynamicObjectIterator it(object, 0);
     ASSERT_FALSE(it.end());
@@ -46,6 +46,14 @@ TEST_F(DynamicObjectIteratorTest, AnEmptyObjectGivesItsRootOnly)
     it.next();
     EXPECT_TRUE(it.end());
     EXPECT_EQ(0u, it.getProperty());
+
+    // From a scalar the walk gives the start only; from a node that is no property, nothing.
+    object.setInt("v", 1);
+    EXPECT_EQ((Keys{""}), walkKeys(object, object.getProperty("v")));
+    // 4 v, 5 split, 6 value: a value node is no property.
+    DynamicObjectIterator missing(object, 6);
+    EXPECT_TRUE(missing.end());
+    EXPECT_EQ("unable to increment from invalid current node", assertionOf([&] { missing.next(); }));
 }
 
 TEST_F(DynamicObjectIteratorTest, PropertiesComeBeforeTheirDescendantsAndSiblingsByBytes)
@@ -80,16 +88,6 @@ TEST_F(DynamicObjectIteratorTest, ArrayKeysSortAsText)
         const std::string key = "list[" + std::to_string(i) + "]";
         EXPECT_EQ(object.getProperty(key.c_str()), object.getChild(object.getProperty("list"), i));
     }
-}
-
-TEST_F(DynamicObjectIteratorTest, AScalarOrAMissingStart)
-{
-    object.setInt("v", 1);
-    EXPECT_EQ((Keys{""}), walkKeys(object, object.getProperty("v")));
-    // 4 v, 5 split, 6 value: a value node is no property.
-    DynamicObjectIterator missing(object, 6);
-    EXPECT_TRUE(missing.end());
-    EXPECT_EQ("unable to increment from invalid current node", assertionOf([&] { missing.next(); }));
 }
 
 TEST_F(DynamicObjectIteratorTest, TheWalkFollowsTrieLinksNotPaths)

@@ -184,29 +184,18 @@ TEST_F(DynamicObjectPropertiesTest, ReadersConvertNumbersAndAssertOnOtherKinds)
     EXPECT_STREQ("text", object.getString("s"));
     EXPECT_EQ(StringTable::computeHash("text", 4, 100), object.getStringHash("s"));
     EXPECT_TRUE(object.getBool("t"));
-    object.setBool("t", false);
-    EXPECT_FALSE(object.getBool("t"));
 
-    struct Case {
-        std::string message;
-        std::string failure;
-    };
-    const Case cases[] = {
-        {"Not an integer or a compatible type", assertionOf([&] { object.getInt("s"); })},
-        {"Not an integer or a compatible type", assertionOf([&] { object.getInt("t"); })},
-        {"Not an integer or a compatible type", assertionOf([&] { object.getInt("n"); })},
-        {"Not a real or a compatible type", assertionOf([&] { object.getReal("s"); })},
-        {"Not a boolean or a compatible type", assertionOf([&] { object.getBool("i"); })},
-        {"Not a string or a compatible type", assertionOf([&] { object.getStringHash("r"); })},
-        {"Not a string or a compatible type", assertionOf([&] { object.getString("n"); })},
-        {"Unable to find property for the key 'nope'", assertionOf([&] { object.getInt("nope"); })},
-        {"Unable to find property for the key 'no'", assertionOf([&] { object.getType("nope", 2); })},
-        {"Null string given as a key", assertionOf([&] { object.getReal(nullptr); })},
-        {"Invalid property", assertionOf([&] { object.countChildren(0u); })},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(c.message, c.failure);
-    }
+    EXPECT_EQ("Not an integer or a compatible type", assertionOf([&] { object.getInt("s"); }));
+    EXPECT_EQ("Not an integer or a compatible type", assertionOf([&] { object.getInt("t"); }));
+    EXPECT_EQ("Not an integer or a compatible type", assertionOf([&] { object.getInt("n"); }));
+    EXPECT_EQ("Not a real or a compatible type", assertionOf([&] { object.getReal("s"); }));
+    EXPECT_EQ("Not a boolean or a compatible type", assertionOf([&] { object.getBool("i"); }));
+    EXPECT_EQ("Not a string or a compatible type", assertionOf([&] { object.getStringHash("r"); }));
+    EXPECT_EQ("Not a string or a compatible type", assertionOf([&] { object.getString("n"); }));
+    EXPECT_EQ("Unable to find property for the key 'nope'", assertionOf([&] { object.getInt("nope"); }));
+    EXPECT_EQ("Unable to find property for the key 'no'", assertionOf([&] { object.getType("nope", 2); }));
+    EXPECT_EQ("Null string given as a key", assertionOf([&] { object.getReal(nullptr); }));
+    EXPECT_EQ("Invalid property", assertionOf([&] { object.countChildren(0u); }));
 }
 
 TEST_F(DynamicObjectPropertiesTest, KeyFormsWithALengthNeedNoTerminator)
@@ -223,17 +212,7 @@ TEST_F(DynamicObjectPropertiesTest, KeyFormsWithALengthNeedNoTerminator)
 }
 
 // Growing, shrinking and emptying are compared with a plain tree in the differential test.
-TEST_F(DynamicObjectPropertiesTest, ResizeRefusesTheMaximumSizeAndNonArrays)
-{
-    const unsigned int list = object.addProperty("list");
-    EXPECT_TRUE(object.resize(list, 1));
-    EXPECT_FALSE(object.resize(list, 100000));
-    EXPECT_EQ(1u, object.countChildren(list));
-    object.setInt("i", 1);
-    EXPECT_EQ("Can't resize a property that is not an array.", assertionOf([&] { object.resize("i", 2); }));
-}
-
-TEST_F(DynamicObjectPropertiesTest, ErasingAnElementShiftsContentAndKeepsHandles)
+TEST_F(DynamicObjectPropertiesTest, ErasingAnElementShiftsContentAndKeepsHandlesAndResizeRefusesTheMaximumSize)
 {
     object.setString("list[0]", "a");
     object.setString("list[1]", "b");
@@ -252,8 +231,12 @@ TEST_F(DynamicObjectPropertiesTest, ErasingAnElementShiftsContentAndKeepsHandles
     EXPECT_EQ(valueOfB, snapshotTrie(object, root()).at(first).equal);
     EXPECT_EQ(x, object.getProperty("list[1].x"));
     ASSERT_TRUE(object.eraseChild("list", 4, 0u));
+    EXPECT_TRUE(object.resize(list, 3));
+    EXPECT_FALSE(object.resize(list, 100000));
+    EXPECT_EQ(3u, object.countChildren(list));
     object.setInt("i", 1);
     EXPECT_EQ("Not an array.", assertionOf([&] { object.eraseChild("i", 0u); }));
+    EXPECT_EQ("Can't resize a property that is not an array.", assertionOf([&] { object.resize("i", 2); }));
 }
 
 TEST_F(DynamicObjectPropertiesTest, ElementsInOneWalkAreThoseOfGetChild)
@@ -280,10 +263,11 @@ TEST_F(DynamicObjectPropertiesTest, ElementsInOneWalkAreThoseOfGetChild)
     EXPECT_EQ(0u, none[0] + none[1]);
 }
 
-TEST_F(DynamicObjectPropertiesTest, ErasingChildrenByName)
+// Children by index in key order are compared with a plain tree in the differential test.
+TEST_F(DynamicObjectPropertiesTest, ErasingChildrenByNameAndChildrenByPathWithTheirContract)
 {
     object.setInt("o.a", 1);
-    const unsigned int o = object.getProperty("o");
+    unsigned int o = object.getProperty("o");
     EXPECT_FALSE(object.eraseChild(o, ""));
     EXPECT_FALSE(object.eraseChild(root(), ""));
     EXPECT_TRUE(object.eraseChild("o", "a"));
@@ -291,14 +275,10 @@ TEST_F(DynamicObjectPropertiesTest, ErasingChildrenByName)
     EXPECT_TRUE(object.eraseChild(root(), "o"));
     EXPECT_TRUE(object.empty());
     EXPECT_EQ(2u, snapshotTrie(object, root()).size());
-}
 
-// Children by index in key order are compared with a plain tree in the differential test.
-TEST_F(DynamicObjectPropertiesTest, ChildrenByPathAndTheirContract)
-{
     object.setInt("o.a", 2);
     object.setInt("o.ab.deep", 3);
-    const unsigned int o = object.getProperty("o");
+    o = object.getProperty("o");
     EXPECT_EQ(0u, object.getChild(o, 2u));
     EXPECT_EQ(object.getProperty("o.ab.deep"), object.getChild(o, "ab.deep"));
     EXPECT_EQ(0u, object.getChild(o, ""));
@@ -347,22 +327,13 @@ TEST_F(DynamicObjectPropertiesTest, RenameMovesTheSubtreeWithoutCopyingAndChecks
               walkKeys(object, p));
     EXPECT_EQ(renamed, object.renameChild(p, "new", "new"));
 
-    struct Case {
-        std::string message;
-        std::string failure;
-    };
-    const Case cases[] = {
-        {"No given name for the child to rename.", assertionOf([&] { object.renameChild(p, "", "c"); })},
-        {"The given child key, 'c.d' is invalid.", assertionOf([&] { object.renameChild(p, "new", "c.d"); })},
-        {"The given property is not an object having children.",
-         assertionOf([&] { object.renameChild(object.getProperty("v"), "a", "c"); })},
-        {"The given property has no child named 'z'.", assertionOf([&] { object.renameChild(p, "z", "c"); })},
-        {"The given property already has a child named 'other'",
-         assertionOf([&] { object.renameChild(p, "new", "other"); })},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(c.message, c.failure);
-    }
+    EXPECT_EQ("No given name for the child to rename.", assertionOf([&] { object.renameChild(p, "", "c"); }));
+    EXPECT_EQ("The given child key, 'c.d' is invalid.", assertionOf([&] { object.renameChild(p, "new", "c.d"); }));
+    EXPECT_EQ("The given property is not an object having children.",
+              assertionOf([&] { object.renameChild(object.getProperty("v"), "a", "c"); }));
+    EXPECT_EQ("The given property has no child named 'z'.", assertionOf([&] { object.renameChild(p, "z", "c"); }));
+    EXPECT_EQ("The given property already has a child named 'other'",
+              assertionOf([&] { object.renameChild(p, "new", "other"); }));
 }
 
 TEST_F(DynamicObjectPropertiesTest, RenameOntoALeftoverSplitNodeKeepsTheSiblingsHangingThere)
@@ -382,7 +353,7 @@ TEST_F(DynamicObjectPropertiesTest, RenameOntoALeftoverSplitNodeKeepsTheSiblings
     EXPECT_EQ(2, object.getInt("ab-c"));
 }
 
-TEST_F(DynamicObjectPropertiesTest, ResetPropertyEndsWithASiblingThatExtendsTheNameBelowDot)
+TEST_F(DynamicObjectPropertiesTest, ResetPropertyFreesTheSubtreeKeepsThePropertyAndEndsWithASiblingExtendingTheName)
 {
     // The walk over "a" also meets the tail "-" of "a-", which is no child of "a": the reset passes over
     // it instead of looking for it forever.
@@ -402,6 +373,19 @@ TEST_F(DynamicObjectPropertiesTest, ResetPropertyEndsWithASiblingThatExtendsTheN
     EXPECT_FALSE(object.hasProperty("b.x"));
     EXPECT_EQ(4, object.getInt("b-"));
     EXPECT_TRUE(object.hasProperty("b"));
+
+    // The subtree is freed and the property kept as null.
+    object.setInt("keep", 1);
+    const std::size_t before = snapshotTrie(object, root()).size();
+    object.setInt("t.list[3].x", 1);
+    object.setString("t.name", "x");
+    object.resetProperty("t");
+    EXPECT_TRUE(object.hasProperty("t"));
+    EXPECT_EQ(type::null, object.getType("t"));
+    // What is left is "keep" and the chain, split and value of "t".
+    EXPECT_EQ(before + 3, snapshotTrie(object, root()).size());
+    object.resetProperty("missing");
+    object.resetProperty(0u);
 }
 
 TEST_F(DynamicObjectPropertiesTest, ResetPropertyEndsWhenAWalkCannotReachTheChildren)
@@ -418,21 +402,6 @@ TEST_F(DynamicObjectPropertiesTest, ResetPropertyEndsWhenAWalkCannotReachTheChil
     EXPECT_EQ((std::vector<std::string>{""}), walkKeys(object, 0));
     object.clear();
     EXPECT_FALSE(object.hasProperty("zz"));
-}
-
-TEST_F(DynamicObjectPropertiesTest, ResetPropertyFreesTheSubtreeAndKeepsTheProperty)
-{
-    object.setInt("keep", 1);
-    const std::size_t before = snapshotTrie(object, root()).size();
-    object.setInt("t.list[3].x", 1);
-    object.setString("t.name", "x");
-    object.resetProperty("t");
-    EXPECT_TRUE(object.hasProperty("t"));
-    EXPECT_EQ(type::null, object.getType("t"));
-    // What is left is "keep" and the chain, split and value of "t".
-    EXPECT_EQ(before + 3, snapshotTrie(object, root()).size());
-    object.resetProperty("missing");
-    object.resetProperty(0u);
 }
 
 TEST_F(DynamicObjectPropertiesTest, ValuesThroughDynamicValue)
@@ -471,7 +440,7 @@ protected:
     DynamicObject source;
 };
 
-TEST_F(DynamicObjectCopyTest, PutMergesObjectsAndResizesArrays)
+TEST_F(DynamicObjectCopyTest, PutMergesObjectsAndResizesArraysByHandleOrByKeysAndANullSourceAddsNothing)
 {
     object.setInt("o.y", 2);
     object.setInt("o.x", 7);
@@ -488,10 +457,8 @@ TEST_F(DynamicObjectCopyTest, PutMergesObjectsAndResizesArrays)
     EXPECT_EQ(0.25, object.getReal("r"));
     // Strings go as text into the target's own table.
     EXPECT_NE(source.getString("o.name"), object.getString("o.name"));
-}
 
-TEST_F(DynamicObjectCopyTest, PutByKeysAndOfANullSource)
-{
+    // By keys, and of a null source, which changes nothing.
     object.put("copy", source, "o");
     EXPECT_EQ(1, object.getInt("copy.x"));
     object.put("whole", 5, source);

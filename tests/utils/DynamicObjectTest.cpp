@@ -159,7 +159,7 @@ TEST_F(DynamicObjectTrieTest, APropertyAddedAfterALongerSiblingHeadsItsLevel)
     EXPECT_FALSE(object.hasProperty("pos[1]"));
 }
 
-TEST_F(DynamicObjectTrieTest, ZeroBytesNeverEnterTheTrie)
+TEST_F(DynamicObjectTrieTest, ZeroBytesNeverEnterTheTrieAndOnlyLiveHandlesInTheBlocksAreProperties)
 {
     DynamicObject object;
     object.setInt("a", 5);
@@ -170,9 +170,20 @@ TEST_F(DynamicObjectTrieTest, ZeroBytesNeverEnterTheTrie)
     EXPECT_EQ(5, object.getInt("a"));
     // The message is cut at the zero byte.
     EXPECT_EQ("The given child key, a", assertionOf([&] { object.addChild(object.getRoot(), withZero, 3); }));
+
+    // A handle beyond the blocks asserts; a dead or a value handle is no property.
+    DynamicObject handles;
+    EXPECT_EQ("Block index out of range", assertionOf([&] { handles.getType(1000); }));
+    EXPECT_EQ(type::null, handles.getType(0u));
+    handles.setInt("ab", 7);
+    handles.setInt("ac", 8);
+    handles.eraseChild(handles.getRoot(), "ab");
+    EXPECT_EQ(type::null, handles.getType(6));  // the split node of "ab", now free
+    EXPECT_EQ(type::null, handles.getType(10)); // a value node
+    EXPECT_EQ("Invalid property", assertionOf([&] { handles.getInt(10); }));
 }
 
-TEST_F(DynamicObjectTrieTest, CopyKeepsHandlesButNotTheFreeList)
+TEST_F(DynamicObjectTrieTest, CopyKeepsHandlesButNotTheFreeListAndACopyFromARefSharesAllocatorAndTable)
 {
     DynamicObject source;
     source.setInt("ab", 1);
@@ -189,20 +200,17 @@ TEST_F(DynamicObjectTrieTest, CopyKeepsHandlesButNotTheFreeList)
     // The source reuses its freed nodes; the copy does not know them and takes fresh slots.
     EXPECT_EQ(7u, source.addProperty("ad"));
     EXPECT_EQ(12u, copy.addProperty("ad"));
-}
 
-TEST_F(DynamicObjectTrieTest, CopyFromARefSharesAllocatorAndTable)
-{
-    DynamicObject source;
+    // A copy from a Ref shares the allocator and the table, not the content.
     source.setInt("x", 4);
-    DynamicObject copy{DynamicObject::Ref(source)};
-    EXPECT_FALSE(copy.isOwningNodeAllocator());
-    EXPECT_FALSE(copy.isOwningStringTable());
-    EXPECT_EQ(&source.getNodeAllocator(), &copy.getNodeAllocator());
-    EXPECT_EQ(&source.getStringTable(), &copy.getStringTable());
-    copy.setInt("x", 5);
+    DynamicObject shared{DynamicObject::Ref(source)};
+    EXPECT_FALSE(shared.isOwningNodeAllocator());
+    EXPECT_FALSE(shared.isOwningStringTable());
+    EXPECT_EQ(&source.getNodeAllocator(), &shared.getNodeAllocator());
+    EXPECT_EQ(&source.getStringTable(), &shared.getStringTable());
+    shared.setInt("x", 5);
     EXPECT_EQ(4, source.getInt("x"));
-    EXPECT_EQ(5, copy.getInt("x"));
+    EXPECT_EQ(5, shared.getInt("x"));
 }
 
 // Fills an object far enough to span several small blocks, with a hole on the free list.
@@ -321,19 +329,6 @@ TEST_F(DynamicObjectTrieTest, ScalarWritesAllocateNothingButNodes)
     object.setString(x, "speed");
     EXPECT_STREQ("speed", object.getString(x));
     EXPECT_EQ(count, allocator::Allocator::instance().getAllocationCount());
-}
-
-TEST_F(DynamicObjectTrieTest, AHandleBeyondTheBlocksAssertsAndADeadOrValueHandleIsNoProperty)
-{
-    DynamicObject object;
-    EXPECT_EQ("Block index out of range", assertionOf([&] { object.getType(1000); }));
-    EXPECT_EQ(type::null, object.getType(0u));
-    object.setInt("ab", 7);
-    object.setInt("ac", 8);
-    object.eraseChild(object.getRoot(), "ab");
-    EXPECT_EQ(type::null, object.getType(6));  // the split node of "ab", now free
-    EXPECT_EQ(type::null, object.getType(10)); // a value node
-    EXPECT_EQ("Invalid property", assertionOf([&] { object.getInt(10); }));
 }
 
 } // namespace

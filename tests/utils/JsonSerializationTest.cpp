@@ -138,7 +138,7 @@ TEST(JsonParsing, AFileStreamEndsTheReadAtTheEndOfTheFile)
     std::remove(path);
 }
 
-TEST(JsonObjectBuilder, FramesDocumentsAndRefusesMisuse)
+TEST(JsonObjectBuilder, FramesDocumentsRefusesMisuseAndBeautifiesWithFourBlanks)
 {
     tov::utils::MemoryInputOutput out;
     BufferLogger log(false, false, false);
@@ -174,14 +174,12 @@ TEST(JsonObjectBuilder, FramesDocumentsAndRefusesMisuse)
     EXPECT_TRUE(json.null());  // a null document is an empty object
     EXPECT_TRUE(json.end());
     EXPECT_EQ(R"([1.0,-0.5,"a\"b",{}[]{})", out.getText());
-}
 
-TEST(JsonObjectBuilder, BeautifiesWithFourBlanks)
-{
+    // The beautified form indents with four blanks.
     DynamicObject object;
     object.setInt("a", 1);
-    tov::utils::MemoryInputOutput out;
-    JsonObjectBuilder json(out, true);
-    ASSERT_TRUE(serializeDynamicObject(object, json));
-    EXPECT_EQ("{\n    \"a\": 1\n}\n", out.getText());
+    tov::utils::MemoryInputOutput beautified;
+    JsonObjectBuilder indenting(beautified, true);
+    ASSERT_TRUE(serializeDynamicObject(object, indenting));
+    EXPECT_EQ("{\n    \"a\": 1\n}\n", beautified.getText());
 }

@@ -61,7 +61,7 @@ TEST(OstreamLogger, LinesOfThreadsNeverInterleave)
     EXPECT_EQ(800, count);
 }
 
-TEST(BufferLogger, FlushAppliesTheTargetsFiltersAndEmptiesTheSource)
+TEST(BufferLogger, FlushAppliesTheTargetsFiltersAndEmptiesTheSourceResetErrorsKeepsMessagesAndClearDropsBoth)
 {
     BufferLogger source(true, true, true);
     source.logTrace("t.cpp", 1, "trace");
@@ -85,10 +85,8 @@ TEST(BufferLogger, FlushAppliesTheTargetsFiltersAndEmptiesTheSource)
     EXPECT_EQ('e', failure.type);
     EXPECT_EQ(error::invalidData, failure.errorType);
     EXPECT_STREQ("invalid data", failure.errorType.getCaption());
-}
 
-TEST(BufferLogger, ResetErrorsKeepsMessagesAndClearDropsBoth)
-{
+    // resetErrors keeps the messages, clear drops both.
     BufferLogger logger(false, false, false);
     logger.logInfo("f", 1, "filtered out");
     logger.logError(error::unknownError, "f", 2, "kept");

@@ -44,7 +44,7 @@ protected:
 
 } // namespace
 
-TEST_F(PropertyTest, ADefaultPropertyIsInvalid)
+TEST_F(PropertyTest, ADefaultPropertyIsInvalidAndABoundOneDescribesItsValue)
 {
     Property property;
     EXPECT_FALSE(property.isValid());
@@ -56,6 +56,24 @@ TEST_F(PropertyTest, ADefaultPropertyIsInvalid)
     EXPECT_ASSERTION(property.hasMutableGet(), "Invalid property.");
     Vector3r position;
     EXPECT_ASSERTION((property.set<Vector3r, double>(position, 1.0)), "Invalid property.");
+
+    // A bound one describes its value.
+    const Property& x = types.getProperty(details::getClassTypeId<Vector3r>(), "x");
+    EXPECT_TRUE(x.isReal());
+    EXPECT_FALSE(x.isObject());
+    EXPECT_FALSE(x.hasMutableGet());
+    EXPECT_FALSE(x.isVector3());
+    EXPECT_STREQ("double", x.getTypeName());
+    EXPECT_EQ(details::getClassTypeId<Vector3r>(), x.getOwnerTypeId());
+    std::ostringstream text;
+    text << x;
+    EXPECT_EQ("double::x", text.str());
+
+    const Property& heading = foragerProperty("heading");
+    EXPECT_TRUE(heading.isVector3());
+    EXPECT_FALSE(heading.isStaticObject());
+    EXPECT_FALSE(heading.isVector2() || heading.isQuaternion() || heading.isDynamicObject());
+    EXPECT_TRUE(foragerProperty("age").isInt());
 }
 
 TEST_F(PropertyTest, SetAccessorsRefusesWhatItCannotBind)
@@ -92,26 +110,6 @@ TEST_F(PropertyTest, SetAccessorsRefusesWhatItCannotBind)
     }
     EXPECT_FALSE(empty.registerProperty("x", &Vector3r::getX, &Vector3r::setX, &log));
     EXPECT_EQ("No type having the id f31f94dc-07a5-462f-b055-7be3506a7b36 is registered.", textsOf(log).back());
-}
-
-TEST_F(PropertyTest, APropertyDescribesItsValue)
-{
-    const Property& x = types.getProperty(details::getClassTypeId<Vector3r>(), "x");
-    EXPECT_TRUE(x.isReal());
-    EXPECT_FALSE(x.isObject());
-    EXPECT_FALSE(x.hasMutableGet());
-    EXPECT_FALSE(x.isVector3());
-    EXPECT_STREQ("double", x.getTypeName());
-    EXPECT_EQ(details::getClassTypeId<Vector3r>(), x.getOwnerTypeId());
-    std::ostringstream text;
-    text << x;
-    EXPECT_EQ("double::x", text.str());
-
-    const Property& heading = foragerProperty("heading");
-    EXPECT_TRUE(heading.isVector3());
-    EXPECT_FALSE(heading.isStaticObject());
-    EXPECT_FALSE(heading.isVector2() || heading.isQuaternion() || heading.isDynamicObject());
-    EXPECT_TRUE(foragerProperty("age").isInt());
 }
 
 TEST_F(PropertyTest, CompatibilityFollowsTheValueKind)

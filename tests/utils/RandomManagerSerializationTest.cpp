@@ -78,7 +78,7 @@ TEST(RandomSerialization, HandsOutExactlyTheTextInOneTrackedBuffer)
     EXPECT_EQ(blocks + 2, memory.getLiveBlocks());
 }
 
-TEST(RandomSerialization, ASavedStreamGoesOnWhereItStoodAndASavedManagerGivesBackItsSeed)
+TEST(RandomSerialization, ASavedStreamGoesOnWhereItStoodAndASavedManagerGivesBackItsSeedReadingOnlyTheGivenBytes)
 {
     for (int draws : {0, 1, 623, 624, 625, 5000}) {
         Random stream(42);
@@ -101,6 +101,13 @@ TEST(RandomSerialization, ASavedStreamGoesOnWhereItStoodAndASavedManagerGivesBac
     RandomManager restored;
     ASSERT_TRUE(deserializeRandomManager(text.data(), static_cast<unsigned int>(text.size()), restored, nullptr));
     EXPECT_EQ(0xDEADBEEFu, restored.getSeed());
+
+    // The buffer has no terminator: what lies behind `size` must not be read.
+    const std::string unterminated = streamText(current, "randomManager { seed: 12 }") + "garbage";
+    EXPECT_TRUE(deserializeRandomManager(unterminated.data(), static_cast<unsigned int>(unterminated.size() - 7),
+                                         restored, nullptr));
+    EXPECT_EQ(12u, restored.getSeed());
+    EXPECT_FALSE(deserializeRandomManager(nullptr, 10, restored, nullptr));
 }
 
 TEST(RandomSerialization, RefusedTextsLeaveTheStreamAndTheManagerAlone)
@@ -166,14 +173,4 @@ TEST(RandomSerialization, RefusedTextsLeaveTheStreamAndTheManagerAlone)
         untouched();
         EXPECT_EQ(untouched(), target()) << c.text;
     }
-}
-
-TEST(RandomSerialization, ReadsOnlyTheGivenBytes)
-{
-    // The buffer has no terminator: what lies behind `size` must not be read.
-    const std::string text = streamText(current, "randomManager { seed: 12 }") + "garbage";
-    RandomManager manager;
-    EXPECT_TRUE(deserializeRandomManager(text.data(), static_cast<unsigned int>(text.size() - 7), manager, nullptr));
-    EXPECT_EQ(12u, manager.getSeed());
-    EXPECT_FALSE(deserializeRandomManager(nullptr, 10, manager, nullptr));
 }

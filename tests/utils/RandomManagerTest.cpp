@@ -18,7 +18,7 @@ bool sameStream(Random a, Random b)
 
 } // namespace
 
-TEST(RandomManager, HandsOutStreamsSeededWithItsSeedXorTheIndex)
+TEST(RandomManager, HandsOutStreamsSeededWithItsSeedXorTheIndexThatAReseedLeavesAlone)
 {
     RandomManager manager;
     EXPECT_EQ(0xFFFF000u, manager.getSeed());
@@ -32,11 +32,8 @@ TEST(RandomManager, HandsOutStreamsSeededWithItsSeedXorTheIndex)
     RandomManager other;
     other.seed(5);
     EXPECT_TRUE(sameStream(other.createRandomStream(77), manager.createRandomStream(77)));
-}
 
-TEST(RandomManager, ReseedingLeavesEarlierStreamsAlone)
-{
-    RandomManager manager;
+    // Reseeding leaves the streams handed out before alone.
     manager.seed(10);
     Random early = manager.createRandomStream(1);
     manager.seed(20);

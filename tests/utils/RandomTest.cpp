@@ -52,7 +52,7 @@ TEST(Random, BoundedDrawsTakeTheHighPartAndDrawAgainAboveTheLastFullRange)
     }
 }
 
-TEST(Random, EmptyRangesDrawNothing)
+TEST(Random, EmptyRangesDrawNothingAndCopiesGoOnWithTheSameSequenceIndependently)
 {
     Random stream(3);
     Random twin(3);
@@ -63,10 +63,8 @@ TEST(Random, EmptyRangesDrawNothing)
     EXPECT_GE(reversed, 3u);
     EXPECT_LE(reversed, 7u);
     EXPECT_EQ(twin(), stream());
-}
 
-TEST(Random, CopiesGoOnWithTheSameSequenceIndependently)
-{
+    // Copies go on with the same sequence, independently.
     Random original(8);
     original();
     Random copy(original);

@@ -56,7 +56,7 @@ TEST(MurmurHash64B, EveryTailLengthReachesTheResult)
     }
 }
 
-TEST_F(StringTables, AddsOnceAndRetrievesByHash)
+TEST_F(StringTables, AddsOnceRetrievesByHashAndChecksReportUnknownTextsAndCollisions)
 {
     StringTable table(100);
     const unsigned long long hash = table.add("speed", nullptr);
@@ -71,6 +71,18 @@ TEST_F(StringTables, AddsOnceAndRetrievesByHash)
     const unsigned long long empty = table.add("", nullptr);
     EXPECT_NE(0u, empty);
     EXPECT_STREQ("", table.retrieve(empty, "none"));
+
+    // A check reports a text the table does not know, and one that differs from the text under its hash.
+    BufferLogger log(false, false, false);
+    EXPECT_FALSE(table.check("beta", hashOf("beta", 100), &log));
+    EXPECT_FALSE(table.check("gamma", hash, &log));
+    EXPECT_FALSE(table.check("spee", 4, hash, &log));
+    ASSERT_EQ(3u, log.getMessages().size());
+    EXPECT_EQ("\"beta\" is not registered with the table.", log.getMessages()[0].message);
+    EXPECT_EQ(error::invalidConfiguration, log.getMessages()[0].errorType);
+    EXPECT_EQ("\"gamma\" and \"speed\" (seed=100).", log.getMessages()[1].message);
+    EXPECT_EQ(error::stringHashCollision, log.getMessages()[1].errorType);
+    EXPECT_EQ("\"spee\" and \"speed\" (seed=100).", log.getMessages()[2].message);
 }
 
 TEST_F(StringTables, TheEmptyTextUnderSeedZeroIsStoredButCountsAsAbsent)
@@ -80,22 +92,6 @@ TEST_F(StringTables, TheEmptyTextUnderSeedZeroIsStoredButCountsAsAbsent)
     EXPECT_FALSE(table.empty());
     EXPECT_STREQ("default", table.retrieve(0, "default"));
     EXPECT_TRUE(table.check("", 0, nullptr));
-}
-
-TEST_F(StringTables, ChecksReportUnknownTextsAndCollisions)
-{
-    StringTable table(100);
-    const unsigned long long hash = table.add("alpha", nullptr);
-    BufferLogger log(false, false, false);
-    EXPECT_FALSE(table.check("beta", hashOf("beta", 100), &log));
-    EXPECT_FALSE(table.check("gamma", hash, &log)); // the text stored under that hash differs
-    EXPECT_FALSE(table.check("alph", 4, hash, &log));
-    ASSERT_EQ(3u, log.getMessages().size());
-    EXPECT_EQ("\"beta\" is not registered with the table.", log.getMessages()[0].message);
-    EXPECT_EQ(error::invalidConfiguration, log.getMessages()[0].errorType);
-    EXPECT_EQ("\"gamma\" and \"alpha\" (seed=100).", log.getMessages()[1].message);
-    EXPECT_EQ(error::stringHashCollision, log.getMessages()[1].errorType);
-    EXPECT_EQ("\"alph\" and \"alpha\" (seed=100).", log.getMessages()[2].message);
 }
 
 TEST_F(StringTables, HashOfAnUnknownTextIsAnAssertion)

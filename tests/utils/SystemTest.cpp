@@ -23,8 +23,10 @@ protected:
 
 } // namespace
 
-TEST_F(LifeCycle, InitializeAndTerminateLogOnlyWhenTheyAct)
+TEST_F(LifeCycle, InitializeAndTerminateLogOnlyWhenTheyActAndSingletonMisuseIsAnAssertion)
 {
+    EXPECT_ASSERTION(Facilities::instance(), "accessing uninitialized singleton");
+    Facilities::destroy(); // nothing to destroy: silent
     BufferLogger log(true, true, true);
     EXPECT_TRUE(terminate(&log)); // nothing to do yet
     EXPECT_TRUE(log.getMessages().empty());
@@ -42,9 +44,11 @@ TEST_F(LifeCycle, InitializeAndTerminateLogOnlyWhenTheyAct)
     EXPECT_FALSE(Facilities::isSet());
     ASSERT_EQ(2u, log.getMessages().size());
     EXPECT_EQ("Terminating the runtime utils systems.", log.getMessages()[1].message);
+    ASSERT_TRUE(initialize(nullptr));
+    EXPECT_ASSERTION(Facilities::create(), "trying to overwrite singleton instance");
 }
 
-TEST_F(LifeCycle, ASecondRunStartsWithFreshServices)
+TEST_F(LifeCycle, ASecondRunStartsWithFreshServicesAndSetLoggerReplacesUntilClearLogger)
 {
     ASSERT_TRUE(initialize(nullptr));
     Facilities::instance().getStringTable().add("first run", nullptr);
@@ -55,11 +59,8 @@ TEST_F(LifeCycle, ASecondRunStartsWithFreshServices)
     EXPECT_EQ(nullptr, strings.retrieve(StringTable::computeHash("first run", 9, strings.getSeed()), nullptr));
     EXPECT_STREQ("debug", strings.retrieve(StringTable::computeHash("debug", 5, strings.getSeed()), nullptr));
     EXPECT_EQ(0u, strings.getSeed());
-}
 
-TEST_F(LifeCycle, SetLoggerReplacesAndClearLoggerRestoresTheDefault)
-{
-    ASSERT_TRUE(initialize(nullptr));
+    // setLogger replaces the logger, clearLogger restores the default.
     Facilities& facilities = Facilities::instance();
     AbstractLogger* defaultLogger = &facilities.getLogger();
     BufferLogger a(true, true, true), b(true, true, true);
@@ -69,14 +70,6 @@ TEST_F(LifeCycle, SetLoggerReplacesAndClearLoggerRestoresTheDefault)
     facilities.clearLogger();
     EXPECT_EQ(defaultLogger, &facilities.getLogger());
     EXPECT_TRUE(defaultLogger->isLoggingInfo() && defaultLogger->isLoggingWarning() && defaultLogger->isLoggingTrace());
-}
-
-TEST_F(LifeCycle, SingletonMisuseIsAnAssertion)
-{
-    EXPECT_ASSERTION(Facilities::instance(), "accessing uninitialized singleton");
-    Facilities::destroy(); // nothing to destroy: silent
-    ASSERT_TRUE(initialize(nullptr));
-    EXPECT_ASSERTION(Facilities::create(), "trying to overwrite singleton instance");
 }
 
 TEST(RandomManager, FacilitiesOwnOneWithTheDefaultSeed)

@@ -118,7 +118,7 @@ TEST(Uri, StartsEmptyKeepsEachPartBehindItsOwnTerminatorAndClearsBackToEmpty)
     EXPECT_EQ(Uri(), uri);
 }
 
-TEST(Uri, SplitsTextIntoPartsAndWritesItBack)
+TEST(Uri, SplitsTextIntoPartsAndWritesItBackReadingASchemeOnPastTheGivenLengthOnly)
 {
     struct Case {
         const char* text;
@@ -163,10 +163,7 @@ TEST(Uri, SplitsTextIntoPartsAndWritesItBack)
         EXPECT_EQ(*c.query != '\0', uri.hasQuery()) << c.text;
         EXPECT_EQ(Uri::create(c.written), uri) << c.text;
     }
-}
-
-TEST(Uri, ReadsASchemeOnPastTheGivenLengthButNoFurther)
-{
+    // A scheme is read on past the given length, but no further.
     Uri uri;
     ASSERT_TRUE(uri.set("tov:abc", 5, nullptr));
     EXPECT_EQ("tov:a", textOf(uri));
@@ -305,7 +302,7 @@ TEST(Uri, SettersTakeTextsFromTheSameUri)
     EXPECT_STREQ("a-fragment-long-enough-to-outgrow-the-buffer", uri.getQuery());
 }
 
-TEST(Uri, GettersAndComparisonsDoNotAllocate)
+TEST(Uri, GettersAndComparisonsDoNotAllocateAndHandedOutTextsComeFromTheMemoryService)
 {
     const Uri uri = fullUri();
     const Uri other = Uri::create("tov:agents/forager.behavior?step=4#seek");
@@ -329,12 +326,7 @@ TEST(Uri, GettersAndComparisonsDoNotAllocate)
     EXPECT_EQ(2u + 39 + 39 + 14, sizes);
     EXPECT_STREQ("tov:agents/forager.behavior?step=3#seek", buffer);
     EXPECT_STREQ("agents/forager", buffer + 48);
-}
 
-TEST(Uri, HandsOutTextsMadeByTheMemoryService)
-{
-    const Uri uri = fullUri();
-    const tov::allocator::Allocator& memory = tov::allocator::Allocator::instance();
     const unsigned long long blocks = memory.getLiveBlocks();
     char* text = uri.computeString();
     EXPECT_STREQ("tov:agents/forager.behavior?step=3#seek", text);
@@ -347,7 +339,7 @@ TEST(Uri, HandsOutTextsMadeByTheMemoryService)
     EXPECT_EQ(blocks, memory.getLiveBlocks());
 }
 
-TEST(Uri, ComparesTheStoredPartsWithoutNormalising)
+TEST(Uri, ComparesAndWritesTheStoredPartsWithoutNormalising)
 {
     EXPECT_EQ(Uri::create("tov://x/y"), Uri::create("tov:x/y"));
     EXPECT_NE(Uri::create("tov:x"), Uri::create("TOV:x"));
@@ -364,11 +356,7 @@ TEST(Uri, ComparesTheStoredPartsWithoutNormalising)
     // Without a scheme the text starts with a terminator; among equal prefixes the shorter text is first.
     EXPECT_EQ(" zzz a:b a:b.c a:b/c b:a ", order);
     EXPECT_FALSE(Uri::create("a:b") < Uri::create("a:b"));
-}
-
-// The written text reads back as the same URI except in these two shapes, kept as they are.
-TEST(Uri, WrittenTextLosesALeadingSlashAndAnEmptyExtension)
-{
+    // The written text reads back as the same URI except in these two shapes, kept as they are.
     EXPECT_EQ("a:b", textOf(Uri::create("/a:b")));
     EXPECT_STREQ("a", Uri::create("a:b").getScheme());
     EXPECT_EQ("a.b", textOf(Uri::create("a.b.")));
@@ -443,7 +431,7 @@ TEST(UriFirstPathSegment, FindsTheFirstNonEmptySegmentOrRefusesTheText)
     }
 }
 
-TEST(UriQuery, WritesEachPairAsAChildOfOneObject)
+TEST(UriQuery, WritesEachPairAsAChildOfOneObjectUnlessTheBuilderRefusesToBeginOrEnd)
 {
     const std::string longReal = "0." + std::string(76, '0') + "5";
     struct Case {
@@ -475,10 +463,7 @@ TEST(UriQuery, WritesEachPairAsAChildOfOneObject)
     QueryRecorder bounded;
     EXPECT_TRUE(Uri::parseQuery("a=12", 3, bounded));
     EXPECT_EQ("<{\"a\":1}>", bounded.written);
-}
-
-TEST(UriQuery, ABuilderThatRefusesToBeginOrEndFailsTheQuery)
-{
+    // A builder that refuses to begin or to end fails the query.
     struct Refusing : QueryRecorder {
         bool begin() override { return false; }
     } notBegun;

@@ -19,7 +19,7 @@ std::string textOf(const Uuid& uuid)
 
 } // namespace
 
-TEST(Uuid, ReadsTheGroupsByPositionAndWritesLowerCase)
+TEST(Uuid, ReadsTheGroupsByPositionChecksTheLengthOnlyAndWritesLowerCase)
 {
     Uuid uuid;
     ASSERT_TRUE(uuid.set("0BA23F91-D30E-4574-B0ED-EE0AA81D00B9", nullptr));
@@ -34,13 +34,10 @@ TEST(Uuid, ReadsTheGroupsByPositionAndWritesLowerCase)
     stream << uuid;
     EXPECT_EQ("0ba23f91-d30e-4574-b0ed-ee0aa81d00b9", stream.str()); // no padding
     EXPECT_EQ(36u, Uuid::getStringLength());
-}
-
-TEST(Uuid, ChecksTheLengthOnly)
-{
-    Uuid uuid;
-    EXPECT_TRUE(uuid.set("0ba23f91xd30ex4574xb0edxee0aa81d00b9", nullptr)); // dashes are not looked at
-    EXPECT_EQ("0ba23f91-d30e-4574-b0ed-ee0aa81d00b9", textOf(uuid));
+    // Only the length is checked: the dashes are not looked at.
+    Uuid loose;
+    EXPECT_TRUE(loose.set("0ba23f91xd30ex4574xb0edxee0aa81d00b9", nullptr));
+    EXPECT_EQ("0ba23f91-d30e-4574-b0ed-ee0aa81d00b9", textOf(loose));
     EXPECT_TRUE(uuid.set("00000000-0000-0000-0000-000000000000", nullptr));
     EXPECT_FALSE(uuid.isValid());
     EXPECT_EQ("00000000-0000-0000-0000-000000000000", textOf(Uuid()));

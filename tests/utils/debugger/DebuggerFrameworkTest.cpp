@@ -12,7 +12,7 @@ using debugger::invalidEntity;
 
 TEST_F(DebuggerTest, EntitiesComeWithABottomFrameAndAnEventAndGoOnlyWithTheirFramesGone)
 {
-    RecordingListener registrations;
+    RecordingListener registrations(false);
     ASSERT_NE(0u, framework().subscribe<debugger::EntityRegistrationRequest>(registrations));
     ASSERT_NE(0u, framework().subscribe<debugger::EntityUnregistrationRequest>(registrations));
     registerEntities({0, 1, 2});
@@ -106,16 +106,10 @@ protected:
         if (name == "suspend") {
             return body.empty() ? debugger().suspend() : debugger().suspendEntity(1);
         }
-        if (name == "stepin") {
-            return debugger().stepIn();
-        }
-        if (name == "stepover") {
-            return debugger().stepOver();
-        }
-        if (name == "stepout") {
-            return debugger().stepOut();
-        }
-        return debugger().resume();
+        return name == "stepin"     ? debugger().stepIn()
+               : name == "stepover" ? debugger().stepOver()
+               : name == "stepout"  ? debugger().stepOut()
+                                    : debugger().resume();
     }
 };
 
@@ -248,7 +242,7 @@ TEST_F(DebuggerTest, BreakpointsStopAtTheirLocationWithTheirFiltersAndQueueEvent
     ASSERT_EQ(200, remove("events/subscriptions"));
     const unsigned int one = 1;
     debugger::AbstractEventFilter* filters[] = {TOV_NEW debugger::EntitiesFilter(&one, 1)};
-    RecordingListener breakpoints;
+    RecordingListener breakpoints(false);
     ASSERT_NE(0u, framework().subscribe<debugger::BreakpointRequest>(breakpoints, filters, 1));
     simulation.run(0, {pass("tov:a")});
     EXPECT_TRUE(waitFor([this] { return simulation.finished == 2; }));

@@ -2,6 +2,7 @@
 // A simulated host for debugger tests: an engine whose entities run scripts of pushes and pops on threads
 // of their own, frames at a location with some content, and bounded waits on the gate.
 
+#include "EventTestSupport.h"
 #include "InspectionTestSupport.h"
 #include "support/BoundedWait.h"
 
@@ -126,44 +127,6 @@ private:
     std::vector<std::thread> threads;
 };
 
-// Records every event it is told, as text.
-class RecordingListener : public debugger::AbstractEventListener {
-public:
-    void onInitialization(unsigned int) override { add("initialization"); }
-    void onTermination(unsigned int) override { add("termination"); }
-    void onSuspension(unsigned int, unsigned int entity) override { add("suspension " + std::to_string(entity)); }
-    void onDisconnection(unsigned int) override { add("disconnection"); }
-    void onRegistration(unsigned int, unsigned int entity) override { add("registration " + std::to_string(entity)); }
-    void onUnregistration(unsigned int, unsigned int entity) override
-    {
-        add("unregistration " + std::to_string(entity));
-    }
-    void onBreakpoint(unsigned int, unsigned int entity, const utils::Uri& location) override
-    {
-        char* text = location.computeString();
-        add("breakpoint " + std::to_string(entity) + " " + text);
-        TOV_DELETE_ARRAY(text);
-    }
-
-    std::vector<std::string> take()
-    {
-        std::lock_guard<std::mutex> guard(mutex);
-        std::vector<std::string> taken;
-        taken.swap(events);
-        return taken;
-    }
-
-private:
-    void add(const std::string& event)
-    {
-        std::lock_guard<std::mutex> guard(mutex);
-        events.push_back(event);
-    }
-
-    std::mutex mutex;
-    std::vector<std::string> events;
-};
-
 // The stack of an entity as the locations of its frames, bottom first: "tov:simulation tov:a".
 inline std::string describeStack(const debugger::DebuggerFramework& debugger, unsigned int entity)
 {
@@ -248,7 +211,7 @@ protected:
     }
 
     SimulationEngine simulation;
-    RecordingListener listener;
+    RecordingListener listener{false};
 };
 
 } // namespace testing

@@ -2,29 +2,7 @@
 #include <tov/utils/DynamicObject.h>
 #include <tov/utils/Facilities.h>
 #include <tov/utils/TypeManager.h>
-#include <tov/utils/debugger/AbstractContext.h>
-#include <tov/utils/debugger/AbstractContextVisitor.h>
-#include <tov/utils/debugger/BreakpointRequest.h>
-#include <tov/utils/debugger/BreakpointRequestVisitor.h>
-#include <tov/utils/debugger/EntitiesFilter.h>
-#include <tov/utils/debugger/EntitiesFilterVisitor.h>
-#include <tov/utils/debugger/EntityRegistrationRequest.h>
-#include <tov/utils/debugger/EntityRegistrationRequestVisitor.h>
-#include <tov/utils/debugger/EntityUnregistrationRequest.h>
-#include <tov/utils/debugger/EntityUnregistrationRequestVisitor.h>
-#include <tov/utils/debugger/HitCountFilter.h>
-#include <tov/utils/debugger/HitCountFilterVisitor.h>
-#include <tov/utils/debugger/InitializationRequest.h>
-#include <tov/utils/debugger/InitializationRequestVisitor.h>
-#include <tov/utils/debugger/LocationBreakpointVisitor.h>
-#include <tov/utils/debugger/LocationFilter.h>
-#include <tov/utils/debugger/LocationFilterVisitor.h>
-#include <tov/utils/debugger/TargetDisconnectRequest.h>
-#include <tov/utils/debugger/TargetDisconnectRequestVisitor.h>
-#include <tov/utils/debugger/TargetSuspendRequest.h>
-#include <tov/utils/debugger/TargetSuspendRequestVisitor.h>
-#include <tov/utils/debugger/TerminationRequest.h>
-#include <tov/utils/debugger/TerminationRequestVisitor.h>
+#include <tov/utils/debugger/All.h>
 #include <tov/utils/debugger/impl/MainContext.h>
 #include <tov/utils/debugger/impl/MainContextFactory.h>
 
@@ -244,7 +222,7 @@ TEST(BreakpointRequest, CanHitWeighsEntitiesAndLocationsAndIsHitAlsoTheHitCount)
     }
 }
 
-TEST(BreakpointRequest, AFiringVisitorCountsEveryCandidatePassAndTellsOnlyTheHits)
+TEST(EventRequests, AFiringVisitorCountsEveryCandidatePassAndASuspensionTellsOnlyItsListedEntities)
 {
     RecordingListener listener;
     BreakpointRequest request(5);
@@ -266,6 +244,18 @@ TEST(BreakpointRequest, AFiringVisitorCountsEveryCandidatePassAndTellsOnlyTheHit
                                         "breakpoint 5 4 tov:agents/forager.behavior"}),
               listener.events());
     EXPECT_EQ(5, static_cast<const HitCountFilter*>(request.getFilters()[0])->getHits());
+
+    // A suspension rejected by its entities filters tells nobody.
+    listener.clear();
+    TargetSuspendRequest suspension(2);
+    suspension.registerListener(listener);
+    const unsigned int six[] = {6};
+    ASSERT_TRUE(suspension.addFilter(TOV_NEW EntitiesFilter(four, 1)));
+    EXPECT_FALSE(suspension.notify(5));
+    EXPECT_TRUE(listener.events().empty());
+    ASSERT_TRUE(suspension.addFilter(TOV_NEW EntitiesFilter(six, 1)));
+    EXPECT_TRUE(suspension.notify(6));
+    EXPECT_EQ(std::vector<std::string>{"suspension 2 6"}, listener.events());
 }
 
 TEST(EventRequests, AddFilterTakesOwnershipAlsoWhenItRefuses)
@@ -348,21 +338,6 @@ TEST(EventRequests, NotifyTellsEachListenerInOrderWithTheHandleAndTheEventData)
     EXPECT_EQ((std::vector<std::string>{"registration 11 8", "registration 11 8"}), first.events());
 }
 
-TEST(EventRequests, ASuspensionRejectedByItsEntitiesFiltersTellsNobody)
-{
-    RecordingListener listener;
-    TargetSuspendRequest suspension(2);
-    suspension.registerListener(listener);
-    const unsigned int four[] = {4};
-    const unsigned int six[] = {6};
-    ASSERT_TRUE(suspension.addFilter(TOV_NEW EntitiesFilter(four, 1)));
-    EXPECT_FALSE(suspension.notify(5));
-    EXPECT_TRUE(listener.events().empty());
-    ASSERT_TRUE(suspension.addFilter(TOV_NEW EntitiesFilter(six, 1)));
-    EXPECT_TRUE(suspension.notify(6));
-    EXPECT_EQ(std::vector<std::string>{"suspension 2 6"}, listener.events());
-}
-
 TEST(RequestVisitors, EachVisitorActsOnRequestsOfItsOwnClassOnly)
 {
     std::string marks;
@@ -376,15 +351,12 @@ TEST(RequestVisitors, EachVisitorActsOnRequestsOfItsOwnClassOnly)
     AbstractEventRequestVisitor* visitors[] = {&breakpoint,     &suspension,  &registration, &unregistration,
                                                &initialization, &termination, &disconnection};
 
-    BreakpointRequest r1(1);
-    TargetSuspendRequest r2(2);
-    EntityRegistrationRequest r3(3);
-    EntityUnregistrationRequest r4(4);
-    InitializationRequest r5(5);
-    TerminationRequest r6(6);
-    TargetDisconnectRequest r7(7);
-    AbstractEventRequest* requests[] = {&r1, &r2, &r3, &r4, &r5, &r6, &r7};
-    for (AbstractEventRequest* request : requests) {
+    std::unique_ptr<AbstractEventRequest> requests[] = {
+        std::make_unique<BreakpointRequest>(1),         std::make_unique<TargetSuspendRequest>(2),
+        std::make_unique<EntityRegistrationRequest>(3), std::make_unique<EntityUnregistrationRequest>(4),
+        std::make_unique<InitializationRequest>(5),     std::make_unique<TerminationRequest>(6),
+        std::make_unique<TargetDisconnectRequest>(7)};
+    for (auto& request : requests) {
         for (AbstractEventRequestVisitor* visitor : visitors) {
             request->accept(*visitor);
         }

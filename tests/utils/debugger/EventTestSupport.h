@@ -22,10 +22,11 @@
 namespace tov {
 namespace testing {
 
-// Records each call as "<operation> <requestId>[ <entity>[ <location>]]"; `onEvent`, when set, runs
-// after the record, on the firing thread.
+// Records each call as "<operation> <requestId>[ <entity>[ <location>]]", without the request id where the
+// ids are not the test's business; `onEvent`, when set, runs after the record, on the firing thread.
 class RecordingListener : public utils::debugger::AbstractEventListener {
 public:
+    explicit RecordingListener(bool withRequestId = true) : withRequestId(withRequestId) {}
     void onInitialization(unsigned int requestId) override { record("initialization", requestId); }
     void onTermination(unsigned int requestId) override { record("termination", requestId); }
     void onSuspension(unsigned int requestId, unsigned int entity) override
@@ -51,10 +52,14 @@ public:
         std::lock_guard<std::mutex> guard(mutex);
         return recorded;
     }
-    void clear()
+    void clear() { take(); }
+    // The events recorded so far, which are forgotten.
+    std::vector<std::string> take()
     {
         std::lock_guard<std::mutex> guard(mutex);
-        recorded.clear();
+        std::vector<std::string> taken;
+        taken.swap(recorded);
+        return taken;
     }
 
     std::function<void(unsigned int requestId)> onEvent;
@@ -64,7 +69,10 @@ private:
                 const utils::Uri* location = nullptr)
     {
         std::ostringstream line;
-        line << operation << ' ' << requestId;
+        line << operation;
+        if (withRequestId) {
+            line << ' ' << requestId;
+        }
         if (entity != nullptr) {
             line << ' ' << *entity;
         }
@@ -80,6 +88,7 @@ private:
         }
     }
 
+    const bool withRequestId;
     mutable std::mutex mutex;
     std::vector<std::string> recorded;
 };

@@ -1,3 +1,4 @@
+#include "utils/debugger/EventTestSupport.h"
 #include "utils/debugger/InspectionTestSupport.h"
 
 #include "support/AssertionGuard.h"
@@ -33,7 +34,7 @@ std::string route(const std::string& path)
 
 } // namespace
 
-TEST_F(InspectionTest, BelongsToTheFacilitiesAndStartsWithoutServer)
+TEST_F(InspectionTest, BelongsToTheFacilitiesStartsWithoutServerAndTakesAnEngineWithoutOverrides)
 {
     EXPECT_EQ(&Facilities::instance(), &framework().getFacilities());
     EXPECT_STREQ("default", framework().getName());
@@ -41,10 +42,8 @@ TEST_F(InspectionTest, BelongsToTheFacilitiesAndStartsWithoutServer)
     EXPECT_STREQ("forager world", framework().getName());
     EXPECT_FALSE(framework().isHttpStarted());
     EXPECT_EQ(8000u, framework().getHttpPort());
-}
 
-TEST_F(InspectionTest, AnEngineWithoutOverridesKnowsNoResourceAndSwitchesItsFlag)
-{
+    // An engine without overrides knows no resource and switches its flag.
     PlainEngine engine("plain");
     ASSERT_TRUE(framework().registerEngine(engine));
     tov::utils::MemoryInputOutput answer;
@@ -77,24 +76,7 @@ TEST_F(InspectionTest, RegistrationRefusesAPathTakenAndUnregistrationDisablesFir
     framework().unregisterEngine("xa");
 }
 
-TEST_F(InspectionTest, UnknownPathsAreWarningsThatSayWhatIsIgnored)
-{
-    addEngine("world");
-    log.clear();
-    framework().unregisterEngine("ghost");
-    framework().enableEngine("ghost");
-    framework().disableEngine("ghost");
-    EXPECT_FALSE(framework().isEngineEnabled("ghost"));
-    const std::vector<std::string> expected = {
-        "w: No register engine having the path ghost, ignoring the unregistration.",
-        "w: No register engine having the path ghost, ignoring the enabling.",
-        "w: No register engine having the path ghost, ignoring the disabling.",
-        "w: No register engine having the path ghost, considering it disabled.",
-    };
-    EXPECT_EQ(expected, log.getMessages());
-}
-
-TEST_F(InspectionTest, EnablesAndDisablesEachEngineOnlyWhenItsFlagChanges)
+TEST_F(InspectionTest, EnablesAndDisablesEachEngineOnlyWhenItsFlagChangesAndWarnsOfUnknownPaths)
 {
     ScriptedEngine& a = addEngine("a", false);
     ScriptedEngine& b = addEngine("b", false);
@@ -107,6 +89,20 @@ TEST_F(InspectionTest, EnablesAndDisablesEachEngineOnlyWhenItsFlagChanges)
     framework().disableEngine("b");
     EXPECT_EQ(1, b.disables.load());
     EXPECT_FALSE(a.isEnabled() || b.isEnabled());
+
+    // A path that no engine has is a warning that says what is ignored.
+    log.clear();
+    framework().unregisterEngine("ghost");
+    framework().enableEngine("ghost");
+    framework().disableEngine("ghost");
+    EXPECT_FALSE(framework().isEngineEnabled("ghost"));
+    const std::vector<std::string> expected = {
+        "w: No register engine having the path ghost, ignoring the unregistration.",
+        "w: No register engine having the path ghost, ignoring the enabling.",
+        "w: No register engine having the path ghost, ignoring the disabling.",
+        "w: No register engine having the path ghost, considering it disabled.",
+    };
+    EXPECT_EQ(expected, log.getMessages());
 }
 
 // Clients choose the paths to look up (POST on "engines"): storing them would grow the shared table.
@@ -166,19 +162,7 @@ TEST_F(InspectionTest, HandsTheQueryAndTheDelimitedRestToTheEngine)
     EXPECT_EQ(std::vector<std::string>({"c /agents/2 {\"step\":3}", "d  "}), engine.getCalls());
 }
 
-class InspectionAssertionTest : public tov::testing::AssertionTest {
-protected:
-    void SetUp() override
-    {
-        AssertionTest::SetUp();
-        ASSERT_TRUE(tov::utils::initialize(nullptr));
-    }
-    void TearDown() override
-    {
-        tov::utils::terminate(nullptr);
-        AssertionTest::TearDown();
-    }
-};
+using InspectionAssertionTest = tov::testing::StartedLibrary;
 
 TEST_F(InspectionAssertionTest, NullPathsBreakTheContract)
 {

@@ -24,6 +24,14 @@ namespace testing {
 
 namespace resources = utils::debugger::resources;
 
+// The head the server writes before a body of `length` bytes.
+inline std::string replyHead(const char* status, const char* type, std::size_t length)
+{
+    return std::string("HTTP/1.1 ") + status + "\r\nContent-Type: application/" + type +
+           "; charset=utf-8\r\nContent-Length: " + std::to_string(length) +
+           "\r\nConnection: close\r\nAccess-Control-Allow-Origin: *\r\n\r\n";
+}
+
 // Answers each operation with `status` and, for Ok, {"engine":<its path>,"rest":<the rest it got>}; keeps
 // every call as "<r|c|d> <rest> <query as JSON>".
 class ScriptedEngine : public utils::debugger::AbstractEngine {
@@ -125,6 +133,19 @@ protected:
         return *engines.back();
     }
 
+    // Starts the server on a free loopback port and gives that port; another process may take the port
+    // between the probe and the start, so a few ports are tried.
+    unsigned int startOnFreePort()
+    {
+        unsigned int port = 0;
+        bool started = false;
+        for (int attempt = 0; attempt < 5 && !started; ++attempt) {
+            started = framework().startHttp("127.0.0.1", port = findFreePort());
+        }
+        EXPECT_TRUE(started);
+        return port;
+    }
+
     LockedLogger log;
     std::vector<std::unique_ptr<ScriptedEngine>> engines;
 };
@@ -135,12 +156,7 @@ protected:
     void SetUp() override
     {
         InspectionTest::SetUp();
-        // Another process may take the port between the probe and the start.
-        bool started = false;
-        for (int attempt = 0; attempt < 5 && !started; ++attempt) {
-            port = findFreePort();
-            started = framework().startHttp("127.0.0.1", port);
-        }
+        port = startOnFreePort();
         ASSERT_TRUE(framework().isHttpStarted());
         log.clear();
     }

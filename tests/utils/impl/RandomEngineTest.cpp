@@ -199,14 +199,6 @@ Standard standardFrom(const std::vector<std::uint32_t>& words)
     return engine;
 }
 
-std::mt19937 standardMt32(const std::vector<std::uint32_t>& state)
-{
-    return standardFrom<std::mt19937>(state);
-}
-std::mt19937_64 standardMt64(const std::vector<std::uint64_t>& state)
-{
-    return standardFrom<std::mt19937_64>(toWords32(state));
-}
 
 // SFMT written for clarity: 128-bit lanes as four words, the first the lowest.
 class ReferenceSfmt {
@@ -395,14 +387,11 @@ void expectDefaultStandardEngine(typename Standard::result_type tenThousandth)
 
 } // namespace
 
-TEST(RandomEngineExactness, EmptySeedsGiveTheDefaultStandardEngines)
+TEST(RandomEngineExactness, EmptySeedsGiveTheDefaultStandardEnginesAndMixerMT0ThePublishedFirstWords)
 {
     expectDefaultStandardEngine<MT32Mt0, MT32Mt1, std::mt19937>(4123659995u);
     expectDefaultStandardEngine<MT64Mt0, MT64Mt1, std::mt19937_64>(9981545732273789042ull);
-}
-
-TEST(RandomEngineExactness, MixerMT0GivesThePublishedFirstWords)
-{
+    // MixerMT0 gives the published first words.
     MT32Mt0 engine32(RandomSeedVector{0x123, 0x234, 0x345, 0x456});
     EXPECT_EQ(1067595299u, engine32());
     EXPECT_EQ(955945823u, engine32());
@@ -449,7 +438,7 @@ Word sfmtWordAt(const RandomSeedVector& seed, unsigned long long index)
 TEST(RandomEngineExactness, SelfTestWordsMatchIndependentSources)
 {
     expectSelfTestWords<MT19937<Random_u32>, MixerSFMT>([](const RandomSeedVector& seed, unsigned long long index) {
-        return wordAt(standardMt32(referenceMixerSfmt(seed)), index);
+        return wordAt(standardFrom<std::mt19937>(referenceMixerSfmt(seed)), index);
     });
     // The 64-bit MT takes the mixed 32-bit words two by two, low first, as the standard engine's seed does.
     expectSelfTestWords<MT19937<Random_u64>, MixerSFMT>([](const RandomSeedVector& seed, unsigned long long index) {
@@ -462,12 +451,13 @@ TEST(RandomEngineExactness, SelfTestWordsMatchIndependentSources)
     EXPECT_EQ(782200760u, (RandomSelfTestValues<SFMT19937<Random_u32>, MixerSFMT>::second));
     auto mt32 = [](bool variant) {
         return [variant](const RandomSeedVector& seed, unsigned long long index) {
-            return wordAt(standardMt32(referenceMixerMt<std::uint32_t>(seed, variant)), index);
+            return wordAt(standardFrom<std::mt19937>(referenceMixerMt<std::uint32_t>(seed, variant)), index);
         };
     };
     auto mt64 = [](bool variant) {
         return [variant](const RandomSeedVector& seed, unsigned long long index) {
-            return wordAt(standardMt64(referenceMixerMt<std::uint64_t>(seed, variant)), index);
+            return wordAt(standardFrom<std::mt19937_64>(toWords32(referenceMixerMt<std::uint64_t>(seed, variant))),
+                          index);
         };
     };
     expectSelfTestWords<MT19937<Random_u32>, MixerMT0<Random_u32>>(mt32(false));
@@ -480,9 +470,9 @@ TEST(RandomEngineExactness, SeededStreamsFollowTheReferencesWordForWord)
 {
     const RandomSeedVector seeds[] = {{}, {42}, {1, 2, 3}, RandomSeedVector(700, 0xDEADBEEF)};
     for (const RandomSeedVector& seed : seeds) {
-        std::mt19937 mt32 = standardMt32(referenceMixerMt<std::uint32_t>(seed, true));
+        std::mt19937 mt32 = standardFrom<std::mt19937>(referenceMixerMt<std::uint32_t>(seed, true));
         MT32Mt1 engine32(seed);
-        std::mt19937_64 mt64 = standardMt64(referenceMixerMt<std::uint64_t>(seed, false));
+        std::mt19937_64 mt64 = standardFrom<std::mt19937_64>(toWords32(referenceMixerMt<std::uint64_t>(seed, false)));
         MT64Mt0 engine64(seed);
         ReferenceSfmt sfmt(seed);
         SFMT64 engineSfmt(seed);
@@ -497,7 +487,7 @@ TEST(RandomEngineExactness, SeededStreamsFollowTheReferencesWordForWord)
 
 // ---- positioning -----------------------------------------------------------------------------------
 
-TEST(RandomEnginePosition, CountsFromZeroAndStandsAtTheEndOfARound)
+TEST(RandomEnginePosition, CountsFromZeroStandsAtTheEndOfARoundAndReseedsStartOver)
 {
     SFMT32 plain(0u);
     EXPECT_EQ(0, plain.Count());
@@ -517,10 +507,8 @@ TEST(RandomEnginePosition, CountsFromZeroAndStandsAtTheEndOfARound)
     inside.StepCount(SFMT32::N);
     EXPECT_EQ(static_cast<std::int64_t>(SFMT32::N) + 5, inside.Count());
     EXPECT_EQ(words[SFMT32::N + 5], inside());
-}
 
-TEST(RandomEnginePosition, CopiesAndReseedsStartOver)
-{
+    // Copies carry the position and the stride; a reseed starts over with neither.
     MT64Mt1 engine(5u);
     engine.SetStride(4, 1);
     engine();
@@ -533,10 +521,8 @@ TEST(RandomEnginePosition, CopiesAndReseedsStartOver)
     EXPECT_EQ(1u, engine.GetStride());
     EXPECT_EQ(MT64Mt1(5u)(), engine());
     EXPECT_FALSE(engine == MT64Mt1(6u));
-}
 
-TEST(RandomEnginePosition, NormalisationNeverLeavesAnAllZeroMtState)
-{
+    // Normalisation never leaves an all-zero MT state.
     std::vector<std::uint32_t> state(624, 0);
     MT19937<Random_u32>::Normalize(state.data());
     EXPECT_EQ(0x80000000u, state[0]);
@@ -545,7 +531,7 @@ TEST(RandomEnginePosition, NormalisationNeverLeavesAnAllZeroMtState)
 
 // ---- save format -----------------------------------------------------------------------------------
 
-TEST(RandomEngineSave, WritesHexWordsEightToALineWithTheChecksumLast)
+TEST(RandomEngineSave, WritesHexWordsEightToALineWithTheChecksumLastAndLeavesTheStreamFormat)
 {
     SFMT32 engine(RandomSeedVector{0x2A, 0xFFFFFFFF, 3, 4, 5});
     const std::string text = save(engine, false);
@@ -562,10 +548,8 @@ TEST(RandomEngineSave, WritesHexWordsEightToALineWithTheChecksumLast)
     EXPECT_EQ(4u * words.size(), binary.size());
     EXPECT_EQ("RandLib0EnSMMxSM", binary.substr(0, 16));
     EXPECT_EQ(std::string("\0\0\0\x05\0\0\0\x2A", 8), binary.substr(16, 8));
-}
 
-TEST(RandomEngineSave, LeavesTheStreamFormatAsItWas)
-{
+    // The stream's own format is left as it was.
     std::ostringstream out;
     out << std::uppercase << std::showbase;
     SFMT32(1u).Save(out, false);
@@ -622,7 +606,7 @@ TEST_F(RandomEngineLoad, RefusesWhatSaveCannotHaveWritten)
     EXPECT_NO_THROW(load<MT32Mt0>(good, false));
 }
 
-TEST_F(RandomEngineLoad, RefusesAnAllZeroSfmtStateAndAWideSeedWord)
+TEST_F(RandomEngineLoad, RefusesAnAllZeroSfmtStateAWideSeedWordAndABadStrideOrOffset)
 {
     SFMT32 sfmt(3u);
     sfmt();
@@ -630,10 +614,7 @@ TEST_F(RandomEngineLoad, RefusesAnAllZeroSfmtStateAndAWideSeedWord)
     // Vector seeds of any width are taken; only a saved text can carry the wide word back.
     MT64Mt0 wide(RandomSeedVector{0x100000000ul});
     EXPECT_ASSERTION(load<MT64Mt0>(save(wide, false), false), (MT64Mt0::Name() + ": Illegal seed value").c_str());
-}
-
-TEST_F(RandomEngineLoad, StrideAndOffsetAreChecked)
-{
+    // SetStride checks as the load does.
     SFMT32 engine(1u);
     EXPECT_ASSERTION(engine.SetStride(0, 0), "RandomEngine: Invalid stride");
     EXPECT_ASSERTION(engine.SetStride(0x80000000u, 0), "RandomEngine: Invalid stride");

@@ -139,7 +139,7 @@ TEST_F(ConfiguredHttpTest, PagesOfOtherSitesAndReboundNamesNeverReachAnEngine)
     EXPECT_EQ(403, send("OPTIONS", "/api/world", "Origin: http://attacker.example\r\n").status);
 }
 
-TEST_F(ConfiguredHttpTest, ATokenIsAskedOfEveryRequestButAPreflight)
+TEST_F(ConfiguredHttpTest, ATokenIsAskedOfEveryRequestButAPreflightAndTheViewersPage)
 {
     HttpSettings settings;
     settings.accessToken = "s3cret";
@@ -155,7 +155,26 @@ TEST_F(ConfiguredHttpTest, ATokenIsAskedOfEveryRequestButAPreflight)
     }
     EXPECT_EQ(200, send("GET", "/api/world", "Authorization: bearer s3cret\r\n").status);
     EXPECT_EQ(204, send("OPTIONS", "/api/world", "Origin: " + own() + "\r\n").status);
-    EXPECT_EQ(1u, world->getCalls().size());
+
+    // The viewer's page is served without the token, and only when asked.
+    const HttpReply page = send("GET", "/ui/");
+    EXPECT_EQ(200, page.status);
+    EXPECT_EQ("text/html; charset=utf-8", page.header("Content-Type"));
+    EXPECT_EQ("no-cache", page.header("Cache-Control"));
+    EXPECT_NE(std::string::npos, page.body.find("<html"));
+    EXPECT_EQ(304, send("GET", "/ui/index.html", "If-None-Match: " + page.header("ETag") + "\r\n").status);
+    EXPECT_EQ("/ui/", send("GET", "/ui").header("Location"));
+    EXPECT_EQ(401, send("GET", "/ui/../api/world").status); // dot segments are resolved before the checks
+    EXPECT_EQ(405, send("POST", "/ui/", "", "{}").status);
+    EXPECT_EQ(403, send("GET", "/ui/", "Host: evil.example\r\n").status);
+    EXPECT_EQ(401, send("GET", "/api/world").status); // the page is free, the resources are not
+
+    framework().shutdownHttp();
+    settings.serveViewer = false;
+    settings.accessToken.clear();
+    start(settings);
+    EXPECT_EQ(404, send("GET", "/ui/").status);
+    EXPECT_EQ(1u, world->getCalls().size()); // only the request with the token reached an engine
 }
 
 TEST_F(ConfiguredHttpTest, EveryRefusalSaysWhyInJsonAndOnlyOnce)
@@ -240,29 +259,4 @@ TEST_F(ConfiguredHttpTest, MoreIdleConnectionsThanThreadsWaitOnlyForTheTimeOut)
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(200, send("GET", "/api/world").status);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(6 * 500 / 2 + 1000));
-}
-
-TEST_F(ConfiguredHttpTest, ServesTheViewerAtUiWithoutATokenAndOnlyWhenAsked)
-{
-    HttpSettings settings;
-    settings.accessToken = "s3cret";
-    start(settings);
-    const HttpReply page = send("GET", "/ui/");
-    EXPECT_EQ(200, page.status);
-    EXPECT_EQ("text/html; charset=utf-8", page.header("Content-Type"));
-    EXPECT_EQ("no-cache", page.header("Cache-Control"));
-    EXPECT_NE(std::string::npos, page.body.find("<html"));
-    EXPECT_EQ(304, send("GET", "/ui/index.html", "If-None-Match: " + page.header("ETag") + "\r\n").status);
-    EXPECT_EQ("/ui/", send("GET", "/ui").header("Location"));
-    EXPECT_EQ(401, send("GET", "/ui/../api/world").status); // dot segments are resolved before the checks
-    EXPECT_EQ(405, send("POST", "/ui/", "", "{}").status);
-    EXPECT_EQ(403, send("GET", "/ui/", "Host: evil.example\r\n").status);
-    EXPECT_EQ(401, send("GET", "/api/world").status); // the page is free, the resources are not
-
-    framework().shutdownHttp();
-    settings.serveViewer = false;
-    settings.accessToken.clear();
-    start(settings);
-    EXPECT_EQ(404, send("GET", "/ui/").status);
-    EXPECT_TRUE(world->getCalls().empty());
 }

@@ -11,18 +11,12 @@ using tov::testing::HttpReply;
 using tov::testing::InspectionHttpTest;
 using tov::testing::InspectionTest;
 using tov::testing::RawHttpClient;
+using tov::testing::replyHead;
 using tov::testing::ScriptedEngine;
 using tov::utils::Facilities;
 namespace resources = tov::utils::debugger::resources;
 
 namespace {
-
-std::string head(const char* status, const char* type, std::size_t length)
-{
-    return std::string("HTTP/1.1 ") + status + "\r\nContent-Type: application/" + type +
-           "; charset=utf-8\r\nContent-Length: " + std::to_string(length) +
-           "\r\nConnection: close\r\nAccess-Control-Allow-Origin: *\r\n\r\n";
-}
 
 // Listens on a port of 127.0.0.1, or of every interface, for the life of the object.
 class PortHolder {
@@ -46,19 +40,17 @@ public:
 
 } // namespace
 
-TEST_F(InspectionHttpTest, AnswersAResourceWithItsJsonBehindAnExactHead)
+TEST_F(InspectionHttpTest, AnswersAResourceWithItsJsonBehindAnExactHeadAndRefusesMethodsWithoutAnOperation)
 {
     ScriptedEngine& world = addEngine("world");
     const std::string body = "{\"engine\":\"world\",\"rest\":\"/agents/3\"}";
-    EXPECT_EQ(head("200 OK", "json", body.size()) + body, exchange(request("GET", "/api/world/agents/3?step=2&x")));
+    EXPECT_EQ(replyHead("200 OK", "json", body.size()) + body,
+              exchange(request("GET", "/api/world/agents/3?step=2&x")));
     EXPECT_EQ(std::vector<std::string>{"r /agents/3 {\"step\":2,\"x\":true}"}, world.getCalls());
-}
 
-TEST_F(InspectionHttpTest, MapsEachMethodToItsOperationAndRefusesTheOthers)
-{
-    ScriptedEngine& world = addEngine("world");
+    // Each method goes to its operation; the others are refused.
     const std::string options = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\nAllow: GET,OPTIONS,POST,DELETE\r\n\r\n";
-    const std::string refused = head("400 Bad Request", "text", 0);
+    const std::string refused = replyHead("400 Bad Request", "text", 0);
     const std::pair<std::string, std::string> cases[] = {
         {request("OPTIONS", "/api/world/1?x=1"), options}, // on a good path, the only answer
         {request("PUT", "/api/world/1"), refused},         {request("PATCH", "/api/world/1"), refused},
@@ -68,11 +60,12 @@ TEST_F(InspectionHttpTest, MapsEachMethodToItsOperationAndRefusesTheOthers)
         EXPECT_EQ(c.second, exchange(c.first)) << c.first;
     }
     EXPECT_TRUE(log.has("w: HTTP request: 'PUT' is not a supported method."));
-    EXPECT_TRUE(world.getCalls().empty());
+    EXPECT_EQ(1u, world.getCalls().size()); // the GET above only
     EXPECT_EQ(std::vector<int>{200}, statuses(request("GET", "/api/world/1")));
     EXPECT_EQ(std::vector<int>{200}, statuses(request("POST", "/api/world/1", "{}")));
     EXPECT_EQ(std::vector<int>{200}, statuses(request("DELETE", "/api/world/1")));
-    EXPECT_EQ(std::vector<std::string>({"r /1 {}", "c /1 {}", "d /1 {}"}), world.getCalls());
+    EXPECT_EQ(std::vector<std::string>({"r /agents/3 {\"step\":2,\"x\":true}", "r /1 {}", "c /1 {}", "d /1 {}"}),
+              world.getCalls());
 }
 
 TEST_F(InspectionHttpTest, TheFirstSegmentIsApiOrTheVersionOrAPrefixOfEither)
@@ -167,7 +160,7 @@ TEST_F(InspectionHttpTest, PostOnEnginesSwitchesThemAndAnswersTwice)
 {
     ScriptedEngine& world = addEngine("world", false);
     ScriptedEngine& clock = addEngine("clock");
-    const std::string twice = head("200 OK", "json", 2) + "{}" + head("204 No Content", "json", 2) + "{}";
+    const std::string twice = replyHead("200 OK", "json", 2) + "{}" + replyHead("204 No Content", "json", 2) + "{}";
     struct Case {
         const char* target;
         const char* body;
@@ -214,20 +207,16 @@ TEST_F(InspectionHttpTest, SuccessAnswers500WhileTheLoggerHoldsAnErrorAndTracesE
 
 TEST_F(InspectionTest, StartsOnceAndFailsOnATakenPortKeepingThatPort)
 {
-    unsigned int port = 0;
-    bool started = false;
-    for (int attempt = 0; attempt < 5 && !started; ++attempt) {
-        log.clear();
-        started = framework().startHttp("127.0.0.1", port = tov::testing::findFreePort());
-    }
+    const unsigned int port = startOnFreePort();
     ASSERT_TRUE(framework().isHttpStarted());
+    const std::string running = std::to_string(port);
+    EXPECT_EQ("i: Inspection HTTP server started on port " + running + ".", log.getMessages().back());
+    log.clear();
     EXPECT_FALSE(framework().startHttp("127.0.0.1", port + 1));
     EXPECT_EQ(port, framework().getHttpPort());
     framework().shutdownHttp();
     framework().shutdownHttp(); // nothing left to stop
-    const std::string running = std::to_string(port);
-    EXPECT_EQ(std::vector<std::string>({"i: Inspection HTTP server started on port " + running + ".",
-                                        "e: The inspection HTTP server is already running on port " + running + ".",
+    EXPECT_EQ(std::vector<std::string>({"e: The inspection HTTP server is already running on port " + running + ".",
                                         "i: Inspection HTTP server stopped."}),
               log.getMessages());
 
@@ -259,10 +248,7 @@ TEST_F(InspectionTest, StopAndStartCyclesServeEachTimeAndTerminateStopsTheLast)
     unsigned int port = 0;
     for (int cycle = 0; cycle < 4; ++cycle) {
         framework().shutdownHttp();
-        bool started = false;
-        for (int attempt = 0; attempt < 5 && !started; ++attempt) {
-            started = framework().startHttp("127.0.0.1", port = tov::testing::findFreePort());
-        }
+        port = startOnFreePort();
         ASSERT_TRUE(framework().isHttpStarted());
         const std::vector<HttpReply> answer =
             RawHttpClient::parseReplies(RawHttpClient::exchange(port, "GET /api/world HTTP/1.1\r\n\r\n"));

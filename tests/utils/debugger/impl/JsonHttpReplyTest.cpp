@@ -1,9 +1,9 @@
 // The reply, the body input and the logger wrapper of the HTTP server, and its request handler, over a
 // connection in memory.
 
-#include "support/AssertionGuard.h"
-#include "support/LockedLogger.h"
 #include "support/MemoryConnection.h"
+#include "utils/debugger/EventTestSupport.h"
+#include "utils/debugger/InspectionTestSupport.h"
 
 #include <tov/utils/ErrorType.h>
 #include <tov/utils/Facilities.h>
@@ -21,17 +21,11 @@
 
 using tov::testing::LockedLogger;
 using tov::testing::MemoryConnection;
+using tov::testing::replyHead;
 using tov::utils::debugger::impl::HTTPLinkInput;
 using tov::utils::debugger::impl::JsonHttpReply;
 
 namespace {
-
-std::string head(const char* status, const char* type, unsigned int length)
-{
-    return std::string("HTTP/1.1 ") + status + "\r\nContent-Type: application/" + type +
-           "; charset=utf-8\r\nContent-Length: " + std::to_string(length) +
-           "\r\nConnection: close\r\nAccess-Control-Allow-Origin: *\r\n\r\n";
-}
 
 } // namespace
 
@@ -43,7 +37,7 @@ TEST(JsonHttpReply, WritesEveryStatusOfItsTableAnd500ForOtherIndices)
     for (unsigned int index : {0u, 1u, 2u, 3u, 4u, 5u, 6u, 7u, 8u, 9u, 10u, 0xFFFFFFFFu}) {
         MemoryConnection connection("GET", "/");
         JsonHttpReply(connection, nullptr).sendStatus(index);
-        EXPECT_EQ(head(expected[index < 10 ? index : 8], "text", 0), connection.written) << index;
+        EXPECT_EQ(replyHead(expected[index < 10 ? index : 8], "text", 0), connection.written) << index;
     }
 }
 
@@ -61,7 +55,8 @@ TEST(JsonHttpReply, SendsWhatWasBuiltAsJsonAndSendsItAgainOnASecondStatus)
     reply.sendStatus(JsonHttpReply::Ok);
     reply.sendStatus(JsonHttpReply::NoContent);
     const std::string body = "{\"speed\":3}";
-    EXPECT_EQ(head("200 OK", "json", 11) + body + head("204 No Content", "json", 11) + body, connection.written);
+    EXPECT_EQ(replyHead("200 OK", "json", 11) + body + replyHead("204 No Content", "json", 11) + body,
+              connection.written);
 }
 
 TEST(HTTPLinkInput, ReadsTheBodyUpToItsMaximumAndReportsABrokenLink)
@@ -104,18 +99,12 @@ TEST(WarningLogger, PassesErrorsOnAsWarningsAndRemembersThem)
 }
 
 // Any client can send OPTIONS on a good path: it gets its answer and nothing else, and no assertion.
-class RequestHandlerTest : public tov::testing::AssertionTest {
+class RequestHandlerTest : public tov::testing::StartedLibrary {
 protected:
     void SetUp() override
     {
-        AssertionTest::SetUp();
-        ASSERT_TRUE(tov::utils::initialize(nullptr));
+        StartedLibrary::SetUp();
         tov::utils::Facilities::instance().setLogger(log);
-    }
-    void TearDown() override
-    {
-        tov::utils::terminate(nullptr);
-        AssertionTest::TearDown();
     }
     std::string handle(const char* method, const char* path, const char* query)
     {
@@ -133,6 +122,6 @@ TEST_F(RequestHandlerTest, OptionsIsAnsweredOnceOnAGoodPathAndTwiceOnABadOne)
     const std::string options = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\nAllow: GET,OPTIONS,POST,DELETE\r\n\r\n";
     EXPECT_EQ(options, handle("OPTIONS", "/api/world", "x=1"));
     EXPECT_EQ(options, handle("OPTIONS", "", ""));
-    EXPECT_EQ(options + head("204 No Content", "text", 0), handle("OPTIONS", "/elsewhere", ""));
-    EXPECT_EQ(options + head("400 Bad Request", "text", 0), handle("OPTIONS", "//api", ""));
+    EXPECT_EQ(options + replyHead("204 No Content", "text", 0), handle("OPTIONS", "/elsewhere", ""));
+    EXPECT_EQ(options + replyHead("400 Bad Request", "text", 0), handle("OPTIONS", "//api", ""));
 }

@@ -47,7 +47,7 @@ TEST(ViewerFiles, EveryFileOfTheFolderIsCompiledInWithItsBytesAndATagOfItsOwn)
     EXPECT_EQ(onDisk, ViewerFiles::count());
 }
 
-TEST(ViewerFiles, ContentTypesFollowTheExtension)
+TEST(ViewerFiles, ContentTypesFollowTheExtensionAndTheFolderItselfIsItsPage)
 {
     const struct {
         const char* path;
@@ -63,10 +63,7 @@ TEST(ViewerFiles, ContentTypesFollowTheExtension)
         ASSERT_TRUE(ViewerFiles::find(expected.path, file)) << expected.path;
         EXPECT_STREQ(expected.type, file.type) << expected.path;
     }
-}
-
-TEST(ViewerFiles, TheFolderItselfIsItsPage)
-{
+    // The folder itself is its page.
     ViewerFile folder{};
     ViewerFile page{};
     ASSERT_TRUE(ViewerFiles::find("", folder));
