@@ -84,7 +84,7 @@ unsigned int ChildWalk::descendEqual(Frame& frame)
         room.key.push_back(static_cast<char>(node->trie.splitChar));
         ++frame.chainBelow;
         const unsigned int below = node->trie.equal;
-        node = table.step(node, current, below);
+        node = table.stepDown(node, current, below);
         current = below;
     }
     return current;
