@@ -2,6 +2,7 @@
 
 #include <tov/utils/Assertion.h>
 #include <tov/utils/DynamicObject.h>
+#include <tov/utils/details/NodeTable.h>
 #include <tov/utils/impl/DynamicObjectNodes.h>
 
 namespace tov {
@@ -82,9 +83,15 @@ DynamicObjectIterator& DynamicObjectIterator::next()
         // The value node in hand has been seen: leave it.
         current = findNextChildFromParent(current);
     }
+    const details::NodeTable nodes = object->getNodeTable();
+    // The node last gone down from, to find the next one in a chain without waiting for its link.
+    const DynamicObjectNode* above = nullptr;
+    unsigned int aboveHandle = 0;
     while (current != 0) {
         stack.push_back(current);
-        const DynamicObjectNode* node = object->nodeAt(current);
+        const DynamicObjectNode* node =
+            above != nullptr ? nodes.stepDown(above, aboveHandle, current) : nodes.at(current);
+        above = nullptr;
         if (node == nullptr) {
             object->getNode(current); // reports the handle out of range
             TOV_ASSERT(false, "unable to convert current to real trie node pointer");
@@ -112,6 +119,8 @@ DynamicObjectIterator& DynamicObjectIterator::next()
             if (descend) {
                 // The last node to set `property` before a value node is its split node.
                 property = current;
+                above = node;
+                aboveHandle = current;
                 current = node->trie.equal;
                 key.push_back(static_cast<char>(splitChar));
                 continue;
