@@ -271,11 +271,18 @@ DynamicObjectNode* DynamicObject::addProperty(unsigned int start, const char* ke
     unsigned int* slot = &startLink;
     const char* p = key;
     const char* const end = key + length;
+    // Valid until the first node is allocated, below this loop.
+    const details::NodeTable nodes = getNodeTable();
+    DynamicObjectNode* above = nullptr;
+    unsigned int aboveHandle = 0;
     while (p != end && *slot != 0) {
         child = *slot;
-        DynamicObjectNode* node = getNode(*slot);
+        DynamicObjectNode* node = above != nullptr && nodes.follows(aboveHandle, child) ? above + 1 : getNode(child);
+        above = nullptr;
         const signed char c = static_cast<signed char>(*p);
         if (c == node->trie.splitChar) {
+            above = node;
+            aboveHandle = child;
             slot = &node->trie.equal;
             ++p;
         } else if (c > node->trie.splitChar) {

@@ -38,15 +38,19 @@ public:
         return at(to);
     }
 
-    // step for a walk down a chain, where a key's characters were mostly added one after the other: the
-    // next node is guessed to follow the one in hand, so that the processor need not wait for the link's
-    // value to read it (the guess is a branch it predicts, not an address it computes from the link).
+    // Whether the node of `to` lies right after that of `from` in one block, as the nodes of a key's
+    // characters, added one after the other, mostly do. A walk down a chain that takes the node after the
+    // one in hand when this holds need not wait for the link's value to read it: the test is a branch that
+    // the processor predicts, not an address that it computes from the link.
+    bool follows(unsigned int from, unsigned int to) const
+    {
+        return __builtin_expect(to == from + 1, 1) && shift >= 0 && (from & (blockSize - 1)) != 0;
+    }
+
+    // step for a walk down a chain, guessing by `follows`.
     const DynamicObjectNode* stepDown(const DynamicObjectNode* node, unsigned int from, unsigned int to) const
     {
-        if (__builtin_expect(to == from + 1, 1) && shift >= 0 && (from & (blockSize - 1)) != 0) {
-            return node + 1;
-        }
-        return step(node, from, to);
+        return follows(from, to) ? node + 1 : step(node, from, to);
     }
 
 private:
