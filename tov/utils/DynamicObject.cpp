@@ -198,8 +198,11 @@ DynamicObjectNode* DynamicObject::findNode(unsigned int start, const char* key, 
     unsigned int current = start;
     const char* p = key;
     const char* const end = key + length;
+    const details::NodeTable nodes = getNodeTable();
+    const DynamicObjectNode* above = nullptr;
+    unsigned int aboveHandle = 0;
     while (current != 0 && p != end) {
-        const DynamicObjectNode* node = nodeAt(current);
+        const DynamicObjectNode* node = nodes.follows(aboveHandle, current) ? above + 1 : nodes.at(current);
         if (node == nullptr) {
             getNode(current); // reports the handle out of range
             current = 0;
@@ -220,6 +223,8 @@ DynamicObjectNode* DynamicObject::findNode(unsigned int start, const char* key, 
                 break;
             }
         }
+        above = node;
+        aboveHandle = current;
         current = c == splitChar ? node->trie.equal : sideways;
     }
     handle = current;
