@@ -62,13 +62,27 @@ const char* describeStatus(yajl_gen_status status)
     }
 }
 
-bool accept(yajl_gen_status status, AbstractLogger* logger)
+// Out of line, so that accept, called for every piece written, stays small enough to be inlined.
+[[gnu::noinline, gnu::cold]] bool refuse(yajl_gen_status status, AbstractLogger* logger)
 {
-    if (status == yajl_gen_status_ok) {
-        return true;
-    }
     TOV_LOG_ERROR(logger, error::invalidOperation, describeStatus(status));
     return false;
+}
+
+// checkRoot's refusal, out of line as refuse is.
+[[gnu::noinline, gnu::cold]] bool refuseOutsideRoot(bool building, AbstractLogger* logger)
+{
+    if (!building) {
+        TOV_LOG_ERROR(logger, error::invalidOperation, notBuildingText);
+    } else {
+        TOV_LOG_ERROR(logger, error::invalidOperation, "Expected object or array");
+    }
+    return false;
+}
+
+inline bool accept(yajl_gen_status status, AbstractLogger* logger)
+{
+    return status == yajl_gen_status_ok || refuse(status, logger);
 }
 
 } // namespace
@@ -245,15 +259,8 @@ bool JsonObjectBuilder::endArray()
 // is refused with the message of a build that is not running rather than handed to yajl as null.
 bool JsonObjectBuilder::checkRoot()
 {
-    if (implementation->generator == nullptr) {
-        TOV_LOG_ERROR(getLogger(), error::invalidOperation, notBuildingText);
-        return false;
-    }
-    if (!rootBegun) {
-        TOV_LOG_ERROR(getLogger(), error::invalidOperation, "Expected object or array");
-        return false;
-    }
-    return true;
+    return (implementation->generator != nullptr && rootBegun) ||
+           refuseOutsideRoot(implementation->generator != nullptr, getLogger());
 }
 
 bool JsonObjectBuilder::openContainer(bool object)
