@@ -143,9 +143,10 @@ unsigned int DynamicObjectIterator::findNextChildFromParent(unsigned int current
     unsigned int child = stack.back();
     stack.pop_back();
     current = stack.empty() ? 0 : stack.back();
+    const details::NodeTable nodes = object->getNodeTable();
     bool found = false;
     while (current != 0 && !found) {
-        const DynamicObjectNode* node = object->nodeAt(current);
+        const DynamicObjectNode* node = nodes.at(current);
         bool up = false;
         if (node->trie.less == child) {
             // The `less` side is done.
