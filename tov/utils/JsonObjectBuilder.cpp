@@ -80,12 +80,21 @@ const char* describeStatus(yajl_gen_status status)
     return false;
 }
 
-inline bool accept(yajl_gen_status status, AbstractLogger* logger)
+// The builder's logger is asked for only when there is something to report.
+inline bool accept(yajl_gen_status status, const AbstractObjectBuilder& builder)
 {
-    return status == yajl_gen_status_ok || refuse(status, logger);
+    return status == yajl_gen_status_ok || refuse(status, builder.getLogger());
 }
 
 } // namespace
+
+// Scalars need a container around them. A call outside begin and end has no generator to go to: it
+// is refused with the message of a build that is not running rather than handed to yajl as null.
+inline bool JsonObjectBuilder::checkRoot()
+{
+    return (implementation->generator != nullptr && rootBegun) ||
+           refuseOutsideRoot(implementation->generator != nullptr, getLogger());
+}
 
 JsonObjectBuilder::JsonObjectBuilder(AbstractDataInputOutput& stream, bool beautify)
     : implementation(TOV_NEW JsonGeneration(stream)), rootBegun(false), beautify(beautify)
@@ -143,12 +152,12 @@ bool JsonObjectBuilder::null()
     if (!rootBegun) {
         return beginObject() && endObject();
     }
-    return accept(yajl_gen_null(implementation->generator), getLogger());
+    return accept(yajl_gen_null(implementation->generator), *this);
 }
 
 bool JsonObjectBuilder::boolean(bool value)
 {
-    return checkRoot() && accept(yajl_gen_bool(implementation->generator, value ? 1 : 0), getLogger());
+    return checkRoot() && accept(yajl_gen_bool(implementation->generator, value ? 1 : 0), *this);
 }
 
 bool JsonObjectBuilder::integer(long long value)
@@ -161,7 +170,7 @@ bool JsonObjectBuilder::integer(long long value)
     char text[24];
     const std::to_chars_result written = std::to_chars(text, text + sizeof text, value);
     return accept(yajl_gen_number(implementation->generator, text, static_cast<std::size_t>(written.ptr - text)),
-                  getLogger());
+                  *this);
 }
 
 bool JsonObjectBuilder::real(double value)
@@ -193,7 +202,7 @@ bool JsonObjectBuilder::real(double value)
         TOV_LOG_ERROR(getLogger(), error::invalidArgument, "Invalid real value passed: " << value);
         return false;
     }
-    return accept(status, getLogger());
+    return accept(status, *this);
 }
 
 bool JsonObjectBuilder::string(const char* text, unsigned int length)
@@ -207,7 +216,7 @@ bool JsonObjectBuilder::string(const char* text, unsigned int length)
         TOV_LOG_ERROR(getLogger(), error::invalidOperation, "Invalid string value passed: " << String(text, length));
         return false;
     }
-    return accept(status, getLogger());
+    return accept(status, *this);
 }
 
 bool JsonObjectBuilder::beginObject()
@@ -231,7 +240,7 @@ bool JsonObjectBuilder::objectChild(const char* key, unsigned int length)
         TOV_LOG_ERROR(getLogger(), error::invalidOperation, "Invalid object child key passed: " << String(key, length));
         return false;
     default:
-        return accept(status, getLogger());
+        return accept(status, *this);
     }
 }
 
@@ -255,14 +264,6 @@ bool JsonObjectBuilder::endArray()
     return closeContainer(false);
 }
 
-// Scalars need a container around them. A call outside begin and end has no generator to go to: it
-// is refused with the message of a build that is not running rather than handed to yajl as null.
-bool JsonObjectBuilder::checkRoot()
-{
-    return (implementation->generator != nullptr && rootBegun) ||
-           refuseOutsideRoot(implementation->generator != nullptr, getLogger());
-}
-
 bool JsonObjectBuilder::openContainer(bool object)
 {
     if (implementation->generator == nullptr) {
@@ -270,7 +271,7 @@ bool JsonObjectBuilder::openContainer(bool object)
         return false;
     }
     yajl_gen generator = implementation->generator;
-    if (!accept(object ? yajl_gen_map_open(generator) : yajl_gen_array_open(generator), getLogger())) {
+    if (!accept(object ? yajl_gen_map_open(generator) : yajl_gen_array_open(generator), *this)) {
         return false;
     }
     ++implementation->openContainers;
@@ -285,10 +286,10 @@ bool JsonObjectBuilder::closeContainer(bool object)
         return false;
     }
     if (implementation->openContainers == 0) {
-        return accept(yajl_gen_generation_complete, getLogger());
+        return accept(yajl_gen_generation_complete, *this);
     }
     yajl_gen generator = implementation->generator;
-    if (!accept(object ? yajl_gen_map_close(generator) : yajl_gen_array_close(generator), getLogger())) {
+    if (!accept(object ? yajl_gen_map_close(generator) : yajl_gen_array_close(generator), *this)) {
         return false;
     }
     --implementation->openContainers;

@@ -125,36 +125,9 @@ unsigned int ChildWalk::climb()
     return 0;
 }
 
-unsigned int ChildWalk::getProperty() const
-{
-    return property;
-}
-
-const DynamicObjectNode& ChildWalk::getValueNode() const
-{
-    return *value;
-}
-
 const DynamicObjectNode* ChildWalk::findValueNode(const DynamicObject& object, unsigned int property)
 {
     return object.findValueNode(property);
-}
-
-const char* ChildWalk::getKey() const
-{
-    if (room.key.size() == keyBase) {
-        return "";
-    }
-    return room.key.data() + keyBase + (room.key[keyBase] == '.' ? 1 : 0);
-}
-
-unsigned int ChildWalk::getKeyLength() const
-{
-    const unsigned int length = static_cast<unsigned int>(room.key.size()) - keyBase;
-    if (length == 0) {
-        return 0;
-    }
-    return length - 1 - (room.key[keyBase] == '.' ? 1 : 0);
 }
 
 } // namespace details

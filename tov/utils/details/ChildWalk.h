@@ -90,6 +90,34 @@ private:
     bool ended;
 };
 
+// Inline: the writers ask for them at every member.
+inline unsigned int ChildWalk::getProperty() const
+{
+    return property;
+}
+
+inline const DynamicObjectNode& ChildWalk::getValueNode() const
+{
+    return *value;
+}
+
+inline const char* ChildWalk::getKey() const
+{
+    if (room.key.size() == keyBase) {
+        return "";
+    }
+    return room.key.data() + keyBase + (room.key[keyBase] == '.' ? 1 : 0);
+}
+
+inline unsigned int ChildWalk::getKeyLength() const
+{
+    const unsigned int length = static_cast<unsigned int>(room.key.size()) - keyBase;
+    if (length == 0) {
+        return 0;
+    }
+    return length - 1 - (room.key[keyBase] == '.' ? 1 : 0);
+}
+
 } // namespace details
 } // namespace utils
 } // namespace tov
