@@ -254,8 +254,17 @@ DynamicObjectNode* DynamicObject::findValueNode(DynamicObjectNode* splitNode, un
 
 DynamicObjectNode* DynamicObject::findValueNode(unsigned int property) const
 {
+    DynamicObjectNode* splitNode = getNode(property);
+    // A value node mostly lies right after its split node, made just after it: taken from there, it is read
+    // beside the split node instead of after it (see NodeTable::follows). The same checks as below.
+    if (splitNode != nullptr && getNodeTable().follows(property, splitNode->trie.equal)) {
+        DynamicObjectNode* value = splitNode + 1;
+        if (!splitNode->trie.isValue && splitNode->trie.splitChar == 0 && value->trie.isValue) {
+            return value;
+        }
+    }
     unsigned int valueHandle;
-    return findValueNode(getNode(property), valueHandle);
+    return findValueNode(splitNode, valueHandle);
 }
 
 DynamicObjectNode* DynamicObject::findValueNode(unsigned int start, const char* key, unsigned int length,
