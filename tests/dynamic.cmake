@@ -6,4 +6,5 @@ tov_add_test_suite(tov_dynamic_tests LAYER dynamic
   utils/DynamicObjectDifferentialTest.cpp
   utils/DynamicObjectBuilderTest.cpp
   utils/DynamicObjectPredicateTest.cpp
-  utils/details/ChildWalkTest.cpp)
+  utils/details/ChildWalkTest.cpp
+  utils/details/NodeTableTest.cpp)
