@@ -33,15 +33,15 @@ const unsigned int maximumJsonDepth = 128;
 bool serializeValue(const DynamicObject& object, unsigned int property, const details::DynamicObjectNode* value,
                     AbstractObjectBuilder& builder, details::ChildWalk::Room& room);
 
-bool serializeArray(const DynamicObject& object, unsigned int property, AbstractObjectBuilder& builder,
-                    details::ChildWalk::Room& room)
+bool serializeArray(const DynamicObject& object, unsigned int property, const details::DynamicObjectNode& value,
+                    AbstractObjectBuilder& builder, details::ChildWalk::Room& room)
 {
     if (!builder.beginArray()) {
         return false;
     }
     // The elements are found in one walk of the array's nodes; the short arrays, most of them, keep them
-    // on the stack.
-    const unsigned int count = object.countChildren(property);
+    // on the stack. An array's value node keeps its count.
+    const unsigned int count = static_cast<unsigned int>(value.leaf.value.bits);
     unsigned int shortList[16];
     Vector<unsigned int> longList;
     unsigned int* elements = shortList;
@@ -62,13 +62,13 @@ bool serializeArray(const DynamicObject& object, unsigned int property, Abstract
 
 // Members come in the order of an iterator that stops at the direct children, which ChildWalk gives in
 // fewer steps, with their value nodes; the walks of one document share their room.
-bool serializeObject(const DynamicObject& object, unsigned int property, AbstractObjectBuilder& builder,
-                     details::ChildWalk::Room& room)
+bool serializeObject(const DynamicObject& object, unsigned int property, const details::DynamicObjectNode& value,
+                     AbstractObjectBuilder& builder, details::ChildWalk::Room& room)
 {
     if (!builder.beginObject()) {
         return false;
     }
-    for (details::ChildWalk member(object, property, room); member.next();) {
+    for (details::ChildWalk member(object, property, value, room); member.next();) {
         if (!builder.objectChild(member.getKey(), member.getKeyLength()) ||
             !serializeValue(object, member.getProperty(), &member.getValueNode(), builder, room)) {
             return false;
@@ -99,9 +99,9 @@ bool serializeValue(const DynamicObject& object, unsigned int property, const de
         return builder.string(text, static_cast<unsigned int>(std::strlen(text)));
     }
     case type::array:
-        return serializeArray(object, property, builder, room);
+        return serializeArray(object, property, *value, builder, room);
     case type::object:
-        return serializeObject(object, property, builder, room);
+        return serializeObject(object, property, *value, builder, room);
     }
     TOV_LOG_ERROR(builder.getLogger(), error::invalidData,
                   "Error while serializing dynamic object - unexpected property type " << static_cast<int>(kind));

@@ -12,12 +12,31 @@ namespace details {
 
 using impl::isSeparator;
 
-ChildWalk::ChildWalk(const DynamicObject& object, unsigned int property, Room& room)
+ChildWalk::ChildWalk(const DynamicObject& object, Room& room)
     : object(object), nodes(object.getNodeTable()), room(room),
       frameBase(static_cast<unsigned int>(room.frames.size())), keyBase(static_cast<unsigned int>(room.key.size())),
       startProperty(0), startValue(0), property(0), started(false), ended(false)
 {
+}
+
+ChildWalk::ChildWalk(const DynamicObject& object, unsigned int property, Room& room) : ChildWalk(object, room)
+{
     object.findValueNode(property == 0 ? object.getRoot() : property, "", 0, startProperty, startValue);
+    ended = startProperty == 0;
+}
+
+ChildWalk::ChildWalk(const DynamicObject& object, unsigned int splitNode, const DynamicObjectNode& value, Room& room)
+    : ChildWalk(object, room)
+{
+    // What findValueNode finds from a split node, when the node leads to `value`.
+    const DynamicObjectNode* split = nodes.at(splitNode);
+    if (split != nullptr && !split->trie.isValue && split->trie.splitChar == 0 &&
+        nodes.at(split->trie.equal) == &value) {
+        startProperty = splitNode;
+        startValue = split->trie.equal;
+    } else {
+        object.findValueNode(splitNode == 0 ? object.getRoot() : splitNode, "", 0, startProperty, startValue);
+    }
     ended = startProperty == 0;
 }
 

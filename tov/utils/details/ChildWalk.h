@@ -51,6 +51,9 @@ public:
 
     // `property` 0 stands for the root. A property without a value node has no children to give.
     ChildWalk(const DynamicObject& object, unsigned int property, Room& room);
+    // The same walk for a split node whose value node the caller holds, as a writer does: the value node
+    // is not looked for again when the split node leads to it.
+    ChildWalk(const DynamicObject& object, unsigned int splitNode, const DynamicObjectNode& value, Room& room);
     ~ChildWalk();
     ChildWalk(const ChildWalk&) = delete;
     ChildWalk& operator=(const ChildWalk&) = delete;
@@ -68,6 +71,8 @@ public:
     unsigned int getKeyLength() const;
 
 private:
+    // The walk before its start is known: the constructors above end it at once when there is none.
+    ChildWalk(const DynamicObject& object, Room& room);
     // Goes down the `equal` link of the innermost frame's node, and on down the chain of nodes below
     // it, adding their characters to the key; the first node after the chain, to take next.
     unsigned int descendEqual(Frame& frame);
