@@ -199,6 +199,7 @@ DynamicObjectNode* DynamicObject::findNode(unsigned int start, const char* key, 
     const char* p = key;
     const char* const end = key + length;
     const details::NodeTable nodes = getNodeTable();
+    // The node last read, so that the next one is taken from beside it when it follows it (NodeTable::follows).
     const DynamicObjectNode* above = nullptr;
     unsigned int aboveHandle = 0;
     while (current != 0 && p != end) {
@@ -285,7 +286,8 @@ DynamicObjectNode* DynamicObject::addProperty(unsigned int start, const char* ke
     unsigned int* slot = &startLink;
     const char* p = key;
     const char* const end = key + length;
-    // Valid until the first node is allocated, below this loop.
+    // Valid until the first node is allocated, below this loop. `above` is the node gone down from, so that
+    // the next one is taken from beside it when it follows it (NodeTable::follows).
     const details::NodeTable nodes = getNodeTable();
     DynamicObjectNode* above = nullptr;
     unsigned int aboveHandle = 0;
