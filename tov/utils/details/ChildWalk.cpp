@@ -53,7 +53,8 @@ bool ChildWalk::next()
     if (ended) {
         return false;
     }
-    unsigned int current = started ? climb() : startProperty;
+    // The walk stopped at a value node, which got no frame: the climb starts from the node above it.
+    unsigned int current = started ? climbAbove() : startProperty;
     started = true;
     const NodeTable table = nodes;
     while (current != 0) {
@@ -64,11 +65,11 @@ bool ChildWalk::next()
             break;
         }
         const DynamicObjectNode::Trie& links = node->trie;
-        room.frames.emplace_back(current, links);
         if (links.isValue) {
             value = node;
             return true;
         }
+        room.frames.emplace_back(current, links);
         if (links.less != 0) {
             room.frames.back().afterLess = true;
             current = links.less;
@@ -119,6 +120,11 @@ unsigned int ChildWalk::goSideways(unsigned int greater)
 unsigned int ChildWalk::climb()
 {
     room.frames.pop_back();
+    return climbAbove();
+}
+
+unsigned int ChildWalk::climbAbove()
+{
     while (room.frames.size() > frameBase) {
         Frame& frame = room.frames.back();
         if (frame.afterLess) {

@@ -81,6 +81,9 @@ private:
     // Leaves the innermost frame, done with, for the first node above that has one to take next; 0 at
     // the end of the walk.
     unsigned int climb();
+    // climb without leaving a frame first: a value node gets none, so after one the innermost frame is the
+    // node that it hangs from.
+    unsigned int climbAbove();
 
     const DynamicObject& object;
     const NodeTable nodes;
