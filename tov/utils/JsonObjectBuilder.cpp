@@ -14,7 +14,9 @@
 namespace tov {
 namespace utils {
 
-// The state of one build: the generator exists from begin to end.
+// The state of one build: the generator exists from begin to end. The builder reads it through get(): the
+// record is made by the constructor and never null, and the null check of the owner's operator-> is not
+// inlined, a call for every piece written.
 struct JsonGeneration {
     explicit JsonGeneration(AbstractDataInputOutput& stream) : stream(stream) {}
 
@@ -92,8 +94,8 @@ inline bool accept(yajl_gen_status status, const AbstractObjectBuilder& builder)
 // is refused with the message of a build that is not running rather than handed to yajl as null.
 inline bool JsonObjectBuilder::checkRoot()
 {
-    return (implementation->generator != nullptr && rootBegun) ||
-           refuseOutsideRoot(implementation->generator != nullptr, getLogger());
+    return (implementation.get()->generator != nullptr && rootBegun) ||
+           refuseOutsideRoot(implementation.get()->generator != nullptr, getLogger());
 }
 
 JsonObjectBuilder::JsonObjectBuilder(AbstractDataInputOutput& stream, bool beautify)
@@ -103,45 +105,45 @@ JsonObjectBuilder::JsonObjectBuilder(AbstractDataInputOutput& stream, bool beaut
 
 JsonObjectBuilder::~JsonObjectBuilder()
 {
-    if (implementation->generator != nullptr) {
-        yajl_gen_free(implementation->generator);
+    if (implementation.get()->generator != nullptr) {
+        yajl_gen_free(implementation.get()->generator);
     }
 }
 
 void JsonObjectBuilder::setLogger(AbstractLogger* logger)
 {
     AbstractObjectBuilder::setLogger(logger);
-    implementation->logger = logger;
+    implementation.get()->logger = logger;
 }
 
 bool JsonObjectBuilder::begin()
 {
-    if (implementation->generator != nullptr) {
+    if (implementation.get()->generator != nullptr) {
         TOV_LOG_ERROR(getLogger(), error::invalidOperation, "The Json building has already begun");
         return false;
     }
     yajl_alloc_funcs allocation = impl::makeYajlAllocationFunctions();
-    implementation->generator = yajl_gen_alloc(&allocation);
-    if (implementation->generator == nullptr) {
+    implementation.get()->generator = yajl_gen_alloc(&allocation);
+    if (implementation.get()->generator == nullptr) {
         TOV_LOG_ERROR(getLogger(), error::invalidOperation, "Unable to instanciate YAJL Json generator.");
         return false;
     }
-    yajl_gen_config(implementation->generator, yajl_gen_print_callback, &printToStream, implementation.get());
-    yajl_gen_config(implementation->generator, yajl_gen_beautify, beautify ? 1 : 0);
+    yajl_gen_config(implementation.get()->generator, yajl_gen_print_callback, &printToStream, implementation.get());
+    yajl_gen_config(implementation.get()->generator, yajl_gen_beautify, beautify ? 1 : 0);
     const char* decimalPoint = std::localeconv()->decimal_point;
-    implementation->pointDecimal = decimalPoint != nullptr && std::strcmp(decimalPoint, ".") == 0;
+    implementation.get()->pointDecimal = decimalPoint != nullptr && std::strcmp(decimalPoint, ".") == 0;
     return true;
 }
 
 bool JsonObjectBuilder::end()
 {
-    if (implementation->generator == nullptr) {
+    if (implementation.get()->generator == nullptr) {
         TOV_LOG_ERROR(getLogger(), error::invalidOperation, notBuildingText);
         return false;
     }
-    yajl_gen_free(implementation->generator);
-    implementation->generator = nullptr;
-    implementation->openContainers = 0;
+    yajl_gen_free(implementation.get()->generator);
+    implementation.get()->generator = nullptr;
+    implementation.get()->openContainers = 0;
     rootBegun = false;
     return true;
 }
@@ -152,12 +154,12 @@ bool JsonObjectBuilder::null()
     if (!rootBegun) {
         return beginObject() && endObject();
     }
-    return accept(yajl_gen_null(implementation->generator), *this);
+    return accept(yajl_gen_null(implementation.get()->generator), *this);
 }
 
 bool JsonObjectBuilder::boolean(bool value)
 {
-    return checkRoot() && accept(yajl_gen_bool(implementation->generator, value ? 1 : 0), *this);
+    return checkRoot() && accept(yajl_gen_bool(implementation.get()->generator, value ? 1 : 0), *this);
 }
 
 bool JsonObjectBuilder::integer(long long value)
@@ -169,7 +171,7 @@ bool JsonObjectBuilder::integer(long long value)
     // generator checks its state for a number as it does for an integer.
     char text[24];
     const std::to_chars_result written = std::to_chars(text, text + sizeof text, value);
-    return accept(yajl_gen_number(implementation->generator, text, static_cast<std::size_t>(written.ptr - text)),
+    return accept(yajl_gen_number(implementation.get()->generator, text, static_cast<std::size_t>(written.ptr - text)),
                   *this);
 }
 
@@ -185,7 +187,7 @@ bool JsonObjectBuilder::real(double value)
     // yajl_gen_double, which refuses them after the checks of its state.
     yajl_gen_status status;
     char text[40];
-    if (implementation->pointDecimal && std::isfinite(value)) {
+    if (implementation.get()->pointDecimal && std::isfinite(value)) {
         const std::to_chars_result written =
             std::to_chars(text, text + sizeof text - 2, value, std::chars_format::general, 20);
         char* end = written.ptr;
@@ -194,9 +196,9 @@ bool JsonObjectBuilder::real(double value)
             *end++ = '.';
             *end++ = '0';
         }
-        status = yajl_gen_number(implementation->generator, text, static_cast<std::size_t>(end - text));
+        status = yajl_gen_number(implementation.get()->generator, text, static_cast<std::size_t>(end - text));
     } else {
-        status = yajl_gen_double(implementation->generator, value);
+        status = yajl_gen_double(implementation.get()->generator, value);
     }
     if (status == yajl_gen_invalid_number) {
         TOV_LOG_ERROR(getLogger(), error::invalidArgument, "Invalid real value passed: " << value);
@@ -211,7 +213,7 @@ bool JsonObjectBuilder::string(const char* text, unsigned int length)
         return false;
     }
     const yajl_gen_status status =
-        yajl_gen_string(implementation->generator, reinterpret_cast<const unsigned char*>(text), length);
+        yajl_gen_string(implementation.get()->generator, reinterpret_cast<const unsigned char*>(text), length);
     if (status == yajl_gen_invalid_string) {
         TOV_LOG_ERROR(getLogger(), error::invalidOperation, "Invalid string value passed: " << String(text, length));
         return false;
@@ -230,7 +232,7 @@ bool JsonObjectBuilder::objectChild(const char* key, unsigned int length)
         return false;
     }
     const yajl_gen_status status =
-        yajl_gen_string(implementation->generator, reinterpret_cast<const unsigned char*>(key), length);
+        yajl_gen_string(implementation.get()->generator, reinterpret_cast<const unsigned char*>(key), length);
     switch (status) {
     case yajl_gen_keys_must_be_strings:
         TOV_LOG_ERROR(getLogger(), error::invalidOperation,
@@ -266,33 +268,33 @@ bool JsonObjectBuilder::endArray()
 
 bool JsonObjectBuilder::openContainer(bool object)
 {
-    if (implementation->generator == nullptr) {
+    if (implementation.get()->generator == nullptr) {
         TOV_LOG_ERROR(getLogger(), error::invalidOperation, notBuildingText);
         return false;
     }
-    yajl_gen generator = implementation->generator;
+    yajl_gen generator = implementation.get()->generator;
     if (!accept(object ? yajl_gen_map_open(generator) : yajl_gen_array_open(generator), *this)) {
         return false;
     }
-    ++implementation->openContainers;
+    ++implementation.get()->openContainers;
     rootBegun = true;
     return true;
 }
 
 bool JsonObjectBuilder::closeContainer(bool object)
 {
-    if (implementation->generator == nullptr) {
+    if (implementation.get()->generator == nullptr) {
         TOV_LOG_ERROR(getLogger(), error::invalidOperation, notBuildingText);
         return false;
     }
-    if (implementation->openContainers == 0) {
+    if (implementation.get()->openContainers == 0) {
         return accept(yajl_gen_generation_complete, *this);
     }
-    yajl_gen generator = implementation->generator;
+    yajl_gen generator = implementation.get()->generator;
     if (!accept(object ? yajl_gen_map_close(generator) : yajl_gen_array_close(generator), *this)) {
         return false;
     }
-    --implementation->openContainers;
+    --implementation.get()->openContainers;
     return true;
 }
 
