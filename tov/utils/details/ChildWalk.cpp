@@ -28,12 +28,10 @@ ChildWalk::ChildWalk(const DynamicObject& object, unsigned int property, Room& r
 ChildWalk::ChildWalk(const DynamicObject& object, unsigned int splitNode, const DynamicObjectNode& value, Room& room)
     : ChildWalk(object, room)
 {
-    // What findValueNode finds from a split node, when the node leads to `value`.
-    const DynamicObjectNode* split = nodes.at(splitNode);
-    if (split != nullptr && !split->trie.isValue && split->trie.splitChar == 0 &&
-        nodes.at(split->trie.equal) == &value) {
+    unsigned int valueHandle = 0;
+    if (object.findValueNode(nodes.at(splitNode), valueHandle) == &value) {
         startProperty = splitNode;
-        startValue = split->trie.equal;
+        startValue = valueHandle;
     } else {
         object.findValueNode(splitNode == 0 ? object.getRoot() : splitNode, "", 0, startProperty, startValue);
     }
