@@ -5,6 +5,7 @@ tov_add_test_suite(tov_foundation_tests LAYER foundation
   utils/ThreadTest.cpp
   utils/TimeTest.cpp
   utils/ContainersTest.cpp
+  utils/details/RemainderTest.cpp
   utils/StringTableTest.cpp
   utils/FileInputOutputTest.cpp
   utils/MemoryInputOutputTest.cpp)

@@ -6,6 +6,7 @@
 
 #include <tov/utils/Assertion.h>
 #include <tov/utils/Containers.h>
+#include <tov/utils/details/Remainder.h>
 
 namespace tov {
 namespace utils {

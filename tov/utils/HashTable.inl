@@ -157,14 +157,16 @@ void HashTable<T>::append(const Location& location, unsigned long long key, cons
 
 // Rebuilds the chains over twice the entries plus ten buckets. Entries keep their indices, and the order
 // of iteration; each chain runs in index order, as if the entries had been inserted again one by one,
-// which linking them at the heads from the last entry to the first gives without walking any chain.
+// which linking them at the heads from the last entry to the first gives without walking any chain. Every
+// key is divided by the same count, so its remainder is taken by multiplication (a string table's fill of
+// 10,000 texts rebuilds 27 times).
 template <typename T>
 void HashTable<T>::grow()
 {
     buckets.assign(entries.size() * 2 + 10, NullIndex);
-    const unsigned long long count = buckets.size();
+    const details::Remainder byCount(buckets.size());
     for (unsigned int index = static_cast<unsigned int>(entries.size()); index-- > 0;) {
-        unsigned int& head = buckets[static_cast<unsigned int>(entries[index].key % count)];
+        unsigned int& head = buckets[static_cast<unsigned int>(byCount.of(entries[index].key))];
         entries[index].next = head;
         head = index;
     }
