@@ -15,7 +15,7 @@ set(TOV_LAYER_foundation_CLASSES
   AbstractDataInputOutput AbstractLogger AbstractObjectBuilder AssertingLogger Assertion BlockAllocator
   BufferLogger Condition Containers CreatorAbstractFactory ErrorType Export FileInputOutput FileUtils HashTable
   Logging Memory MemoryInputOutput Mutex OstreamLogger Quaternion ScopedMutex ScopedPtr Singleton String
-  StringPool StringTable Thread Time Timer Uuid Vector2 Vector3)
+  StringPool StringTable Thread Time Timer Uuid Vector2 Vector3 details/Remainder)
 
 # The dynamic property tree: objects, values, iterators, builders, readers and predicates.
 set(TOV_LAYER_dynamic_USES foundation)
