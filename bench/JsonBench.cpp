@@ -214,7 +214,7 @@ void parseYajlInPieces(benchmark::State& state, const std::string& text)
     for (auto _ : state) {
         yajl_handle parser = yajl_alloc(&emptyCallbacks::all, nullptr, nullptr);
         for (std::size_t at = 0; at < text.size(); at += pieceSize) {
-            std::memcpy(piece, text.data() + at, std::min(pieceSize, text.size() - at));
+            std::copy_n(text.data() + at, std::min(pieceSize, text.size() - at), piece);
             yajl_parse(parser, reinterpret_cast<const unsigned char*>(piece), pieceSize);
         }
         yajl_complete_parse(parser);
