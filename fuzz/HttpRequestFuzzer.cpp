@@ -187,7 +187,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         // OPTIONS is answered before the handler in that form.
         const debugger::impl::HTTPServer::RequestForm form = {true, "Vary: Origin\r\n", 256 * 1024};
         debugger::impl::HTTPServer::handleRequest(framework, connection, form);
-        if (checkReplies(connection.written, true) != 1 && method != "OPTIONS") {
+        // The server reads the method as a C string, so "OPTIONS" followed by a NUL is OPTIONS to it.
+        const bool preflight = std::strcmp(method.c_str(), "OPTIONS") == 0;
+        if (checkReplies(connection.written, true) != 1 && !preflight) {
             std::abort();
         }
     } else {
