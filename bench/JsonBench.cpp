@@ -1,6 +1,7 @@
 // JSON into and out of a DynamicObject against what a user would pick instead: nlohmann::json,
 // RapidJSON's DOM and, as the ceiling of this design, yajl itself: without callbacks, and with callbacks
-// that do nothing fed as the library feeds it (parse), and fed recorded events (write). Names read "<comparison>|<side>"; the side "tov" is this library.
+// that do nothing fed as the library feeds it (parse), and fed recorded events (write). Names read
+// "<comparison>|<side>"; the side "tov" is this library.
 #include <tov/utils/AbstractObjectBuilder.h>
 #include <tov/utils/DynamicObject.h>
 #include <tov/utils/JsonSerialization.h>
@@ -214,8 +215,9 @@ void parseYajlInPieces(benchmark::State& state, const std::string& text)
     for (auto _ : state) {
         yajl_handle parser = yajl_alloc(&emptyCallbacks::all, nullptr, nullptr);
         for (std::size_t at = 0; at < text.size(); at += pieceSize) {
-            std::copy_n(text.data() + at, std::min(pieceSize, text.size() - at), piece);
-            yajl_parse(parser, reinterpret_cast<const unsigned char*>(piece), pieceSize);
+            const std::size_t length = std::min(pieceSize, text.size() - at);
+            std::copy_n(text.data() + at, length, piece);
+            yajl_parse(parser, reinterpret_cast<const unsigned char*>(piece), length);
         }
         yajl_complete_parse(parser);
         yajl_free(parser);
