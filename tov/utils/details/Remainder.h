@@ -17,14 +17,7 @@ public:
     // integer with a multiplier of 64 bits: l = ceil(log2 divisor), multiplier = 2^64 (2^l - divisor) /
     // divisor + 1, and the quotient (t + ((n - t) >> min(l, 1))) >> max(l - 1, 0) with t the high half of
     // multiplier * n, which is exact for every n below 2^64.
-    explicit Remainder(unsigned long long divisor)
-        : divisor(divisor), firstShift(ceilLog2(divisor) < 1 ? 0 : 1),
-          secondShift(ceilLog2(divisor) < 1 ? 0 : ceilLog2(divisor) - 1),
-          multiplier(static_cast<unsigned long long>((static_cast<Wide>((1ull << ceilLog2(divisor)) - divisor) << 64) /
-                                                     divisor) +
-                     1)
-    {
-    }
+    explicit Remainder(unsigned long long divisor) : Remainder(divisor, ceilLog2(divisor)) {}
 
     unsigned long long of(unsigned long long numerator) const
     {
@@ -35,6 +28,12 @@ public:
     }
 
 private:
+    Remainder(unsigned long long divisor, int log)
+        : divisor(divisor), firstShift(log < 1 ? 0 : 1), secondShift(log < 1 ? 0 : log - 1),
+          multiplier(static_cast<unsigned long long>((static_cast<Wide>((1ull << log) - divisor) << 64) / divisor) + 1)
+    {
+    }
+
     static int ceilLog2(unsigned long long value) { return value <= 1 ? 0 : 64 - __builtin_clzll(value - 1); }
 
     unsigned long long divisor;
